@@ -1,0 +1,15 @@
+// The umbrella header: an application includes this and links tovik::tovik.
+#ifndef TOVIK_H
+#define TOVIK_H
+
+#include "tovik_export.h"
+
+// Core frame
+#include "sys_string.h"
+#include "ssm.h"
+#include "sys_exception.h"
+
+// Events
+#include "scc_event.h"
+
+#endif  // TOVIK_H
