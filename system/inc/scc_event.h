@@ -145,10 +145,19 @@ class TOVIK_API SCC_EventIterator : public SCC_EventNode<T> {
   SCC_EventIterator<T> *outer;  // the walk that was running when this one started
   SCC_Event<T> *event;          // the source walked; null once it has gone
 
+// The walk registers its own address with the source and takes it back in its
+// destructor, which GCC cannot see.
+#if defined(__GNUC__) && !defined(__clang__) && __GNUC__ >= 12
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdangling-pointer"
+#endif
   explicit SCC_EventIterator(SCC_Event<T> *source)
       : current(source->next), outer(source->walks), event(source) {
     source->walks = this;
   }
+#if defined(__GNUC__) && !defined(__clang__) && __GNUC__ >= 12
+#pragma GCC diagnostic pop
+#endif
   SCC_EventIterator(SCC_EventIterator const &) = delete;
   SCC_EventIterator &operator=(SCC_EventIterator const &) = delete;
   // Unregisters the walk, also when an exception passes through it.
@@ -309,11 +318,5 @@ void SCC_Event<T>::TakeOver(SCC_Event &other) {
     if (walk->current == &other) walk->current = this;
   }
 }
-
-// The int instances live in the library.
-extern template class SCC_EventNode<int>;
-extern template class SCC_Event<int>;
-extern template class SCC_EventIterator<int>;
-extern template class SCC_EventHook<int>;
 
 #endif  // TOVIK_SCC_EVENT_H
