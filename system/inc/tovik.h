@@ -11,5 +11,6 @@
 
 // Events
 #include "scc_event.h"
+#include "scc_iterator.h"
 
 #endif  // TOVIK_H
