@@ -116,8 +116,8 @@ class TOVIK_API SCC_Event : public SCC_EventNode<T> {
     }
     return *this;
   }
-  // Sends every listener away, front first; they live on, alone and enabled.
-  // Walks still running on the event end quietly.
+  // Sends every listener away, front first; they live on alone, their enabled
+  // flags untouched. Walks still running on the event end quietly.
   ~SCC_Event() override { Detach(); }
 
   int IsEvent() const final { return 1; }
