@@ -1,0 +1,54 @@
+// Natural order: numbers inside texts compare by value, '$' sorts last.
+#include <cstdint>
+
+#include "mbtext.h"
+#include "sys_string.h"
+
+namespace mb = tovik::mb;
+
+namespace {
+
+// In the single-byte page every byte is a character; walking bytes directly
+// keeps the common case free of code-page tests.
+struct ByteWalk {
+  static unsigned Code(char const *p) { return static_cast<unsigned char>(*p); }
+  static char const *Next(char const *p) { return p + 1; }
+};
+
+struct CharacterWalk {
+  static unsigned Code(char const *p) { return mb::CharCode(p); }
+  static char const *Next(char const *p) { return mb::Inc(p); }
+};
+
+template <class Walk>
+int NumCmp(char const *a, char const *b) {
+  while (*a != '\0' && *b != '\0') {
+    unsigned const ca = Walk::Code(a);
+    unsigned const cb = Walk::Code(b);
+    if (mb::IsDigit(ca) && mb::IsDigit(cb)) {
+      std::int32_t const va = mb::Atoi(a);
+      std::int32_t const vb = mb::Atoi(b);
+      if (va != vb) return va < vb ? -1 : 1;
+      while (mb::IsDigit(Walk::Code(a))) a = Walk::Next(a);
+      while (mb::IsDigit(Walk::Code(b))) b = Walk::Next(b);
+      continue;
+    }
+    if (ca != cb) break;
+    a = Walk::Next(a);
+    b = Walk::Next(b);
+  }
+  unsigned const x = Walk::Code(a);
+  unsigned const y = Walk::Code(b);
+  if (x == '$' && y != '$') return 1;
+  if (y == '$' && x != '$') return -1;
+  return x < y ? -1 : (x > y ? 1 : 0);
+}
+
+}  // namespace
+
+int _tcsnumcmp(char const *a, char const *b) {
+  if (a == nullptr) a = "";
+  if (b == nullptr) b = "";
+  return mb::GetCodePage() == mb::CodePage::SingleByte ? NumCmp<ByteWalk>(a, b)
+                                                       : NumCmp<CharacterWalk>(a, b);
+}
