@@ -317,7 +317,7 @@ int CString::Replace(char const *oldText, char const *newText) {
     }
     std::memcpy(out, segment, static_cast<std::size_t>(hit - segment));
     out += hit - segment;
-    std::memcpy(out, newText, static_cast<std::size_t>(newLength));
+    if (newLength > 0) std::memcpy(out, newText, static_cast<std::size_t>(newLength));
     out += newLength;
     segment = hit + oldLength;
   }

@@ -87,6 +87,7 @@ Verdict Walk(char const *t, char const *p) {
         ++p;
         ++t;
       } else {
+        verdict = Verdict::NoMatch;
         break;
       }
     }

@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <memory>
+#include <random>
+
+#include "code_page_guard.h"
+#include "mbtext.h"
+
+namespace {
+
+namespace mb = tovik::mb;
+using mb::CodePage;
+using tovik_test::CodePageGuard;
+
+TEST(MbTextTest, GuardSelectsAndRestoresThePage) {
+  EXPECT_EQ(mb::GetCodePage(), CodePage::SingleByte) << "single-byte is the default";
+  {
+    CodePageGuard const page(CodePage::DoubleByte);
+    EXPECT_EQ(mb::GetCodePage(), CodePage::DoubleByte);
+    {
+      CodePageGuard const inner(CodePage::SingleByte);
+      EXPECT_EQ(mb::GetCodePage(), CodePage::SingleByte);
+    }
+    EXPECT_EQ(mb::GetCodePage(), CodePage::DoubleByte);
+  }
+  EXPECT_EQ(mb::GetCodePage(), CodePage::SingleByte);
+}
+
+TEST(MbTextTest, LeadBytesAndCharacterLengths) {
+  struct Case {
+    unsigned char byte;
+    bool lead;
+  };
+  Case const cases[] = {{0x00, false}, {0x41, false}, {0x80, false}, {0x81, true}, {0x9F, true},
+                        {0xA0, false}, {0xDF, false}, {0xE0, true},  {0xFC, true}, {0xFD, false}};
+  for (Case const &c : cases) {
+    SCOPED_TRACE(static_cast<int>(c.byte));
+    EXPECT_FALSE(mb::IsLeadByte(c.byte)) << "no lead bytes in the single-byte page";
+    CodePageGuard const page(CodePage::DoubleByte);
+    EXPECT_EQ(mb::IsLeadByte(c.byte), c.lead);
+  }
+  CodePageGuard const page(CodePage::DoubleByte);
+  EXPECT_EQ(mb::CharLen("\x81\x40"), 2u);
+  EXPECT_EQ(mb::CharLen("\x81"), 1u) << "a lead byte before the NUL stands alone";
+  EXPECT_EQ(mb::CharLen(""), 1u);
+  EXPECT_EQ(mb::CharCode("\x81\x40"), 0x8140u);
+  EXPECT_EQ(mb::CharCode("\x81"), 0x81u);
+  EXPECT_EQ(mb::CharCode(""), 0u);
+}
+
+// Walks over random bytes, many of them lead bytes, in buffers of the exact
+// size: AddressSanitizer reports any read past the terminator.
+TEST(MbTextTest, NoWalkPassesTheTerminator) {
+  CodePageGuard const page(CodePage::DoubleByte);
+  std::mt19937 random(1);
+  for (int round = 0; round < 2000; ++round) {
+    std::size_t const n = random() % 9;
+    std::unique_ptr<char[]> text(new char[n + 1]);
+    for (std::size_t i = 0; i < n; ++i) text[i] = static_cast<char>(random() % 3 == 0 ? 'a' : 0x81 + random() % 2);
+    text[n] = '\0';
+    char const *s = text.get();
+    char const *p = s;
+    while (*p != '\0') p = mb::Inc(p);
+    EXPECT_EQ(p, s + n);
+    mb::Chr(s, 'z');
+    mb::RChr(s, 'z');
+    mb::Str(s, "\x81\x81\x81");
+    mb::PBrk(s, "z");
+    EXPECT_LE(mb::Spn(s, "\x81\x81\x82\x82" "a"), n);
+    EXPECT_EQ(mb::CSpn(s, "z"), n);
+    EXPECT_EQ(mb::Cmp(s, s), 0);
+  }
+}
+
+TEST(MbTextTest, SearchesMatchWholeCharactersOnly) {
+  // "\x81\x61" is one character with trail byte 'a'.
+  char const *const s = "\x81\x61" "ba\x81\x61";
+  EXPECT_EQ(mb::Chr(s, 'a'), s + 1) << "single-byte page: every byte is a character";
+  CodePageGuard const page(CodePage::DoubleByte);
+  EXPECT_EQ(mb::Chr(s, 'a'), s + 3);
+  EXPECT_EQ(mb::Chr(s, 0x8161), s);
+  EXPECT_EQ(mb::Chr(s, 0), s + 6);
+  EXPECT_EQ(mb::Chr(s, 'z'), nullptr);
+  EXPECT_EQ(mb::RChr(s, 'a'), s + 3);
+  EXPECT_EQ(mb::RChr(s, 0x8161), s + 4);
+  EXPECT_EQ(mb::RChr(s, 0), s + 6);
+  EXPECT_EQ(mb::Str(s, "ab"), nullptr) << "no match starting on a trail byte";
+  EXPECT_EQ(mb::Str(s, "a\x81"), s + 3);
+  EXPECT_EQ(mb::Str(s, ""), s);
+  EXPECT_EQ(mb::PBrk(s, "a"), s + 3);
+  EXPECT_EQ(mb::PBrk(s, "\x81\x61"), s);
+  EXPECT_EQ(mb::PBrk(s, "\x81"), nullptr) << "a lone lead byte is no two-byte character";
+  EXPECT_EQ(mb::Spn(s, "\x81\x61" "b"), 3u);
+  EXPECT_EQ(mb::Spn(s, "a"), 0u);
+  EXPECT_EQ(mb::CSpn(s, "a"), 3u);
+  EXPECT_EQ(mb::CSpn(s, "x"), 6u);
+  EXPECT_EQ(mb::Chr(nullptr, 'a'), nullptr);
+  EXPECT_EQ(mb::Spn(nullptr, "a"), 0u);
+}
+
+TEST(MbTextTest, ComparisonsByCharacterCode) {
+  EXPECT_LT(mb::Cmp("\x81\x40", "\xA1"), 0) << "single-byte: bytes";
+  EXPECT_EQ(mb::Cmp("abc", "abc"), 0);
+  EXPECT_LT(mb::Cmp("ab", "abc"), 0);
+  EXPECT_GT(mb::Cmp("\xE9", "z"), 0);
+  EXPECT_EQ(mb::NCmp1("ax", "ay"), 0);
+  EXPECT_LT(mb::NCmp1("a", "b"), 0);
+  EXPECT_EQ(mb::Cmp(nullptr, ""), 0);
+  CodePageGuard const page(CodePage::DoubleByte);
+  EXPECT_GT(mb::Cmp("\x81\x40", "\xA1"), 0);
+  EXPECT_GT(mb::NCmp1("\x81\x40", "\xA1"), 0);
+  EXPECT_LT(mb::Cmp("\x81\x40", "\x81\x41"), 0);
+  EXPECT_GT(mb::NCmp1("\x81\x40", "\x81"), 0) << "a two-byte character against its lone lead byte";
+}
+
+TEST(MbTextTest, CharacterClassesAndNumbers) {
+  for (unsigned c : {9u, 10u, 11u, 12u, 13u, 32u}) EXPECT_TRUE(mb::IsSpace(c)) << c;
+  for (unsigned c : {0u, 8u, 14u, 0xA0u, 0x85u, 0xFFFFFFA0u}) EXPECT_FALSE(mb::IsSpace(c)) << c;
+  EXPECT_TRUE(mb::IsDigit('0'));
+  EXPECT_TRUE(mb::IsDigit('9'));
+  EXPECT_FALSE(mb::IsDigit('a'));
+  EXPECT_FALSE(mb::IsDigit(0x8230));
+
+  EXPECT_EQ(mb::Atoi("  -42x"), -42);
+  EXPECT_EQ(mb::Atoi("+7"), 7);
+  EXPECT_EQ(mb::Atoi("x1"), 0);
+  EXPECT_EQ(mb::Atoi("2147483647"), INT_MAX);
+  EXPECT_EQ(mb::Atoi("2147483648"), INT_MAX);
+  EXPECT_EQ(mb::Atoi("-2147483648"), INT_MIN);
+  EXPECT_EQ(mb::Atoi("-99999999999999999999999"), INT_MIN);
+  EXPECT_EQ(mb::Atoi(nullptr), 0);
+
+  char buffer[mb::kIntTextSize];
+  EXPECT_EQ(mb::Ltoa(INT_MIN, buffer), 11);
+  EXPECT_STREQ(buffer, "-2147483648");
+  EXPECT_EQ(mb::Ltoa(0, buffer), 1);
+  EXPECT_STREQ(buffer, "0");
+  EXPECT_EQ(mb::Ltoa(-7, buffer), 2);
+  EXPECT_STREQ(buffer, "-7");
+  EXPECT_EQ(mb::Ultoa(4294967295u, buffer), 10);
+  EXPECT_STREQ(buffer, "4294967295");
+
+  EXPECT_EQ(mb::StrLen("abc"), 3u);
+  EXPECT_EQ(mb::StrLen(nullptr), 0u);
+}
+
+}  // namespace
