@@ -1,7 +1,10 @@
 # One list of warnings for the library, tests, benchmarks and examples alike;
 # sanitizers are an option, not a build type.
-set(TOVIK_WARNINGS -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor
-    -Woverloaded-virtual)
+set(TOVIK_WARNINGS -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual)
+# GCC's shadowing check for locals; clang has no such option.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  list(APPEND TOVIK_WARNINGS -Wshadow=local)
+endif()
 if(TOVIK_WERROR)
   list(APPEND TOVIK_WARNINGS -Werror)
 endif()

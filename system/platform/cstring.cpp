@@ -63,23 +63,6 @@ CString::CString(char const *text, int length) : m_pchData(EmptyArray()) {
 
 CString::CString(unsigned short const *wide) : m_pchData(EmptyArray()) { *this = wide; }
 
-CString const &CString::operator=(CString const &other) noexcept {
-  // Count the new block before releasing the old one: they may be the same.
-  AddRef(other.GetData());
-  Release(GetData());
-  m_pchData = other.m_pchData;
-  return *this;
-}
-
-CString const &CString::operator=(CString &&other) noexcept {
-  if (this != &other) {
-    Release(GetData());
-    m_pchData = other.m_pchData;
-    other.m_pchData = EmptyArray();
-  }
-  return *this;
-}
-
 CString const &CString::operator=(char const *text) {
   AssignCopy(text, static_cast<std::int64_t>(tovik::mb::StrLen(text)));
   return *this;

@@ -72,8 +72,21 @@ class TOVIK_API CString {
 
   // Assignments take the new text before they let go of the old, so a
   // string may be assigned from itself or from a pointer into its own array.
-  CString const &operator=(CString const &other) noexcept;
-  CString const &operator=(CString &&other) noexcept;
+  CString const &operator=(CString const &other) noexcept {
+    // Count the new block before releasing the old one: they may be the same.
+    AddRef(other.GetData());
+    Release(GetData());
+    m_pchData = other.m_pchData;
+    return *this;
+  }
+  CString const &operator=(CString &&other) noexcept {
+    if (this != &other) {
+      Release(GetData());
+      m_pchData = other.m_pchData;
+      other.m_pchData = EmptyArray();
+    }
+    return *this;
+  }
   CString const &operator=(char const *text);
   CString const &operator=(unsigned short const *wide);
 

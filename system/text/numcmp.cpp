@@ -20,17 +20,27 @@ struct CharacterWalk {
   static char const *Next(char const *p) { return mb::Inc(p); }
 };
 
+// The value atoi reads at p, which stands on a digit, and the end of the
+// digits. Digits are one-byte characters in every code page, so the run is
+// walked by bytes. Values beyond 32 bits stay at INT32_MAX, as Atoi's do.
+std::int32_t ReadNumber(char const *&p) {
+  std::int32_t value = 0;
+  for (; mb::IsDigit(static_cast<unsigned char>(*p)); ++p) {
+    int const digit = *p - '0';
+    value = value > (INT32_MAX - digit) / 10 ? INT32_MAX : value * 10 + digit;
+  }
+  return value;
+}
+
 template <class Walk>
 int NumCmp(char const *a, char const *b) {
   while (*a != '\0' && *b != '\0') {
     unsigned const ca = Walk::Code(a);
     unsigned const cb = Walk::Code(b);
     if (mb::IsDigit(ca) && mb::IsDigit(cb)) {
-      std::int32_t const va = mb::Atoi(a);
-      std::int32_t const vb = mb::Atoi(b);
+      std::int32_t const va = ReadNumber(a);
+      std::int32_t const vb = ReadNumber(b);
       if (va != vb) return va < vb ? -1 : 1;
-      while (mb::IsDigit(Walk::Code(a))) a = Walk::Next(a);
-      while (mb::IsDigit(Walk::Code(b))) b = Walk::Next(b);
       continue;
     }
     if (ca != cb) break;
