@@ -10,7 +10,6 @@
 #include "numtext.h"
 
 namespace tovik::platform_detail {
-extern CStringEmptyBlock const cstringEmptyBlock;
 CStringEmptyBlock const cstringEmptyBlock = {{-1, 0, 0}, '\0'};
 }  // namespace tovik::platform_detail
 
