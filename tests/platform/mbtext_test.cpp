@@ -14,15 +14,6 @@ namespace mb = tovik::mb;
 using mb::CodePage;
 using tovik_test::CodePageGuard;
 
-TEST(MbTextTest, GuardSelectsAndRestoresThePage) {
-  EXPECT_EQ(mb::GetCodePage(), CodePage::SingleByte) << "single-byte is the default";
-  {
-    CodePageGuard const page(CodePage::DoubleByte);
-    EXPECT_EQ(mb::GetCodePage(), CodePage::DoubleByte);
-  }
-  EXPECT_EQ(mb::GetCodePage(), CodePage::SingleByte);
-}
-
 TEST(MbTextTest, LeadBytesAndCharacterLengths) {
   struct Case {
     unsigned char byte;
@@ -37,12 +28,8 @@ TEST(MbTextTest, LeadBytesAndCharacterLengths) {
     EXPECT_EQ(mb::IsLeadByte(c.byte), c.lead);
   }
   CodePageGuard const page(CodePage::DoubleByte);
-  EXPECT_EQ(mb::CharLen("\x81\x40"), 2u);
-  EXPECT_EQ(mb::CharLen("\x81"), 1u) << "a lead byte before the NUL stands alone";
-  EXPECT_EQ(mb::CharLen(""), 1u);
   EXPECT_EQ(mb::CharCode("\x81\x40"), 0x8140u);
-  EXPECT_EQ(mb::CharCode("\x81"), 0x81u);
-  EXPECT_EQ(mb::CharCode(""), 0u);
+  EXPECT_EQ(mb::CharCode("\x81"), 0x81u) << "a lead byte before the NUL stands alone";
 }
 
 // Walks over random bytes, many of them lead bytes, in buffers of the exact
@@ -77,22 +64,17 @@ TEST(MbTextTest, SearchesMatchWholeCharactersOnly) {
   EXPECT_EQ(mb::Chr(s, 'a'), s + 3);
   EXPECT_EQ(mb::Chr(s, 0x8161), s);
   EXPECT_EQ(mb::Chr(s, 0), s + 6);
-  EXPECT_EQ(mb::Chr(s, 'z'), nullptr);
   EXPECT_EQ(mb::RChr(s, 'a'), s + 3);
   EXPECT_EQ(mb::RChr(s, 0x8161), s + 4);
   EXPECT_EQ(mb::RChr(s, 0), s + 6);
   EXPECT_EQ(mb::Str(s, "ab"), nullptr) << "no match starting on a trail byte";
   EXPECT_EQ(mb::Str(s, "a\x81"), s + 3);
-  EXPECT_EQ(mb::Str(s, ""), s);
   EXPECT_EQ(mb::PBrk(s, "a"), s + 3);
   EXPECT_EQ(mb::PBrk(s, "\x81\x61"), s);
   EXPECT_EQ(mb::PBrk(s, "\x81"), nullptr) << "a lone lead byte is no two-byte character";
   EXPECT_EQ(mb::Spn(s, "\x81\x61" "b"), 3u);
-  EXPECT_EQ(mb::Spn(s, "a"), 0u);
   EXPECT_EQ(mb::CSpn(s, "a"), 3u);
-  EXPECT_EQ(mb::CSpn(s, "x"), 6u);
   EXPECT_EQ(mb::Chr(nullptr, 'a'), nullptr);
-  EXPECT_EQ(mb::Spn(nullptr, "a"), 0u);
 }
 
 TEST(MbTextTest, ComparisonsByCharacterCode) {
@@ -100,11 +82,8 @@ TEST(MbTextTest, ComparisonsByCharacterCode) {
   EXPECT_LT(mb::Cmp("ab", "abc"), 0);
   EXPECT_GT(mb::Cmp("\xE9", "z"), 0);
   EXPECT_EQ(mb::NCmp1("ax", "ay"), 0);
-  EXPECT_LT(mb::NCmp1("a", "b"), 0);
-  EXPECT_EQ(mb::Cmp(nullptr, ""), 0);
   CodePageGuard const page(CodePage::DoubleByte);
   EXPECT_GT(mb::Cmp("\x81\x40", "\xA1"), 0);
-  EXPECT_GT(mb::NCmp1("\x81\x40", "\xA1"), 0);
   EXPECT_LT(mb::Cmp("\x81\x40", "\x81\x41"), 0);
   EXPECT_GT(mb::NCmp1("\x81\x40", "\x81"), 0) << "a two-byte character against its lone lead byte";
 }
@@ -112,23 +91,17 @@ TEST(MbTextTest, ComparisonsByCharacterCode) {
 TEST(MbTextTest, CharacterClassesAndNumbers) {
   for (unsigned c : {9u, 10u, 11u, 12u, 13u, 32u}) EXPECT_TRUE(mb::IsSpace(c)) << c;
   for (unsigned c : {0u, 8u, 14u, 0xA0u, 0x85u, 0xFFFFFFA0u}) EXPECT_FALSE(mb::IsSpace(c)) << c;
-  EXPECT_TRUE(mb::IsDigit('0'));
-  EXPECT_TRUE(mb::IsDigit('9'));
-  EXPECT_FALSE(mb::IsDigit('a'));
-  EXPECT_FALSE(mb::IsDigit(0x8230));
+  EXPECT_TRUE(mb::IsDigit('0') && mb::IsDigit('9') && !mb::IsDigit('a') && !mb::IsDigit(0x8230));
 
   EXPECT_EQ(mb::Atoi("  -42x"), -42);
   EXPECT_EQ(mb::Atoi("x1"), 0);
   EXPECT_EQ(mb::Atoi("2147483648"), INT_MAX);
   EXPECT_EQ(mb::Atoi("-2147483648"), INT_MIN);
   EXPECT_EQ(mb::Atoi("-99999999999999999999999"), INT_MIN);
-  EXPECT_EQ(mb::Atoi(nullptr), 0);
 
   char buffer[mb::kIntTextSize];
   EXPECT_EQ(mb::Ltoa(INT_MIN, buffer), 11);
   EXPECT_STREQ(buffer, "-2147483648");
-  EXPECT_EQ(mb::Ltoa(0, buffer), 1);
-  EXPECT_STREQ(buffer, "0");
   EXPECT_EQ(mb::Ultoa(4294967295u, buffer), 10);
   EXPECT_STREQ(buffer, "4294967295");
 }

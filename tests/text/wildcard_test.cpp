@@ -21,7 +21,6 @@ MatchCase const kMatchCases[] = {
   // Plain text and '?'
   {"empty pattern, empty text", "", "", 1},
   {"empty pattern, text left", "a", "", 0},
-  {"literal", "abc", "abc", 1},
   {"case-sensitive", "abc", "ABC", 0},
   {"question mark is one byte", "abc", "a?c", 1},
   {"question mark needs a byte", "ac", "a?c", 0},
@@ -30,13 +29,11 @@ MatchCase const kMatchCases[] = {
   {"closing bracket outside a class", "a]", "a]", 1},
   // Stars
   {"star alone matches empty text", "", "*", 1},
-  {"star alone matches any text", "anything", "*", 1},
   {"two stars on empty text", "", "**", 0},
   {"stars met while text is left", "abc", "a**", 1},
   {"two stars left when text ran out", "ab", "ab**", 0},
   {"one star left when text ran out", "ab", "ab*", 1},
   {"star then literal", "abcd", "*d", 1},
-  {"star then literal absent", "abcd", "*e", 0},
   {"star between literals", "axxxb", "a*b", 1},
   {"star needs the last literal at the end", "axxxbx", "a*b", 0},
   {"later position of the star", "abab", "*ab", 1},
@@ -48,10 +45,8 @@ MatchCase const kMatchCases[] = {
   {"star question on empty text", "", "*?", 0},
   // Classes
   {"class member", "b", "[abc]", 1},
-  {"class non-member", "d", "[abc]", 0},
   {"range", "m", "[a-z]", 1},
   {"reversed range", "m", "[z-a]", 1},
-  {"range outside", "M", "[a-z]", 0},
   {"negated with !", "a", "[!a]", 0},
   {"negated with ^", "b", "[^a]", 1},
   {"escaped closing bracket", "]", "[\\]]", 1},
@@ -96,7 +91,6 @@ struct ValidityCase {
 ValidityCase const kValidityCases[] = {
   {"empty", "", 0},
   {"no class", "a*b?c", 0},
-  {"simple class", "[abc]", 0},
   {"range", "x[a-z]y", 0},
   {"negation sign is a member here", "[!]", 0},
   {"escaped bracket", "[\\]]", 0},
@@ -106,7 +100,6 @@ ValidityCase const kValidityCases[] = {
   {"range without upper end before ]", "[a-]", -2},
   {"range without upper end at the end", "[a-", -2},
   {"class not closed", "[abc", -3},
-  {"lone opening bracket", "abc[", -3},
   {"empty class", "[]", -4},
   {"empty class after a good one", "[a][]", -4},
   {"backslash outside a class", "a\\", 0},
