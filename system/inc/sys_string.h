@@ -102,7 +102,8 @@ class TOVIK_API SYS_String : public CString {
   // is not seen at all: a two-byte character cut by start + 1 counts as its
   // lead byte alone.
   int ReverseFind(char c, int start = -2) const;
-  // Last character of set at or before start, with ReverseFind's bounds.
+  // Last character of set at or before start, with ReverseFind's bounds;
+  // -1 for a null or empty set.
   int ReverseFindOneOf(char const *set, int start = -2) const;
 
   // --- Editing. Positions are bytes; the array is made private first.
