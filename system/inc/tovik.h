@@ -4,6 +4,11 @@
 
 #include "tovik_export.h"
 
+// Platform layer: the framework's string, the code page, number text
+#include "cstring.h"
+#include "mbtext.h"
+#include "numtext.h"
+
 // Core frame
 #include "sys_string.h"
 #include "ssm.h"
