@@ -12,8 +12,8 @@ static_assert(SYS_WORLD_PER_MM == 1000 * SYS_WORLD_PER_MICRON, "a millimetre is 
 double SYS_RefinedSqrt(double value) {
   double const root = std::sqrt(value);
   if (root == 0.0) return 0.0;
-  // Kept as separate statements so that no compiler fuses the multiply and
-  // the add: callers compare results bit for bit.
+  // Separate statements, so that a compiler contracting within an expression
+  // cannot fuse the multiply and the add: callers compare results bit for bit.
   double const square = root * root;
   double const sum = square + value;
   // Beyond about 9e307 the sum overflows and the step would give infinity;

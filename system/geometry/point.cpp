@@ -91,8 +91,9 @@ std::int32_t SYS_DoublePoint::GetPolarAngle() const { return PolarAngle(x, y); }
 
 double SYS_DoublePoint::GetPolarRadius() const { return SYS_RefinedSqrt(ScalarProduct(*this)); }
 
-// Each product is its own statement so that no compiler fuses it with the
-// sum: results must not depend on the target's instruction set.
+// Each product is its own statement, so that a compiler contracting within
+// an expression cannot fuse it with the sum: results must not depend on the
+// target's instruction set.
 double SYS_DoublePoint::ScalarProduct(SYS_DoublePoint const &other) const {
   double const px = x * other.x;
   double const py = y * other.y;

@@ -12,4 +12,8 @@
 // Events
 #include "scc_event.h"
 
+// Geometry
+#include "sys_geometry_units.h"
+#include "sys_point.h"
+
 #endif  // TOVIK_H

@@ -1,5 +1,5 @@
 // The numeric rules shared by all geometry: rounding, truncation, 32-bit
-// wrapping, angle reduction and conversion, and the refined square root.
+// wrapping, angle conversion and the refined square root.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -13,18 +13,6 @@ namespace {
 double const kInf = std::numeric_limits<double>::infinity();
 double const kNaN = std::numeric_limits<double>::quiet_NaN();
 
-TEST(GeometryUnits, UnitsAndLimitsAreWholeNumbersOfWorldUnits) {
-  EXPECT_EQ(SYS_WORLD_PER_MIL, 38100);
-  EXPECT_EQ(SYS_WORLD_PER_MICRON, 1500);
-  EXPECT_EQ(SYS_WORLD_PER_MM, 1500000);
-  EXPECT_EQ(SYS_WORLD_PER_INCH, 38100000);
-  EXPECT_EQ(SYS_MAX_COORD, 1066800000);
-  EXPECT_EQ(SYS_MAX_COORD, 711200 * SYS_WORLD_PER_MICRON);  // 711.2 mm
-  EXPECT_EQ(SYS_HALF_CIRCLE, 324000000);
-  EXPECT_EQ(SYS_FULL_CIRCLE, 648000000);
-  EXPECT_EQ(SYS_ANGLE_PER_DEGREE, 1800000);
-}
-
 struct RoundCase {
   char const *name;
   char const *reason;
@@ -35,7 +23,6 @@ struct RoundCase {
 
 TEST(GeometryUnits, RoundAndTruncate) {
   RoundCase const cases[] = {
-      {"zero", "nothing to do", 0.0, 0, 0},
       {"negative zero", "-0.0 is not negative: +0.5 is added", -0.0, 0, 0},
       {"plus half", "halves go away from zero", 0.5, 1, 0},
       {"minus half", "halves go away from zero on the negative side too", -0.5, -1, 0},
@@ -47,16 +34,13 @@ TEST(GeometryUnits, RoundAndTruncate) {
       {"edge of the working area", "a half beyond the last coordinate", 1066800000.5, 1066800001,
        1066800000},
       {"largest int", "exactly representable, unchanged", 2147483647.0, INT32_MAX, INT32_MAX},
-      {"largest int plus 0.4", "truncation stays in range", 2147483647.4, INT32_MAX, INT32_MAX},
       {"largest int plus half", "rounding leaves the range and stops at the limit", 2147483647.5,
        INT32_MAX, INT32_MAX},
-      {"smallest int", "exactly representable, unchanged", -2147483648.0, INT32_MIN, INT32_MIN},
       {"below smallest int", "truncation of -2147483648.9 is still in range", -2147483648.9,
        INT32_MIN, INT32_MIN},
       {"far above", "beyond 32 bits: the upper limit", 1e10, INT32_MAX, INT32_MAX},
       {"far below", "beyond 32 bits: the lower limit", -1e10, INT32_MIN, INT32_MIN},
       {"infinity", "the upper limit", kInf, INT32_MAX, INT32_MAX},
-      {"minus infinity", "the lower limit", -kInf, INT32_MIN, INT32_MIN},
       {"NaN", "no number gives 0", kNaN, 0, 0},
   };
   for (RoundCase const &c : cases) {
@@ -75,7 +59,6 @@ struct WrapCase {
 
 TEST(GeometryUnits, WrappingArithmetic) {
   WrapCase const cases[] = {
-      {"small", "ordinary values are ordinary", 7, -3, 4, 10, -21},
       {"max plus one", "the sum wraps to the smallest value", INT32_MAX, 1, INT32_MIN, INT32_MAX - 1,
        INT32_MAX},
       {"min minus one", "the difference wraps to the largest value", INT32_MIN, 1, INT32_MIN + 1,
@@ -92,29 +75,6 @@ TEST(GeometryUnits, WrappingArithmetic) {
     EXPECT_EQ(SYS_WrapAdd(c.a, c.b), c.sum);
     EXPECT_EQ(SYS_WrapSub(c.a, c.b), c.difference);
     EXPECT_EQ(SYS_WrapMul(c.a, c.b), c.product);
-  }
-}
-
-struct ReduceCase {
-  char const *name;
-  char const *reason;
-  std::int32_t angle;
-  std::int32_t reduced;
-};
-
-TEST(GeometryUnits, ReduceAngleKeepsTheSign) {
-  ReduceCase const cases[] = {
-      {"full turn", "one turn is no turn", 648000000, 0},
-      {"minus one", "a negative angle is not brought into the positive range", -1, -1},
-      {"minus a turn and one", "the truncating remainder keeps the sign", -648000001, -1},
-      {"last unit of a turn", "already reduced", 647999999, 647999999},
-      {"two turns minus one", "one turn is taken off", 1295999999, 647999999},
-      {"largest int", "three turns are taken off", INT32_MAX, 203483647},
-      {"smallest int", "three turns are added, and the result stays negative", INT32_MIN, -203483648},
-  };
-  for (ReduceCase const &c : cases) {
-    SCOPED_TRACE(testing::Message() << c.name << ": " << c.reason);
-    EXPECT_EQ(SYS_ReduceAngle(c.angle), c.reduced);
   }
 }
 
@@ -144,17 +104,13 @@ TEST(GeometryUnits, RefinedSqrt) {
       {"zero", "a zero root is answered at once", 0.0, 0.0},
       {"two", "the Newton step lands one ulp below the library root", 2.0, 0x1.6a09e667f3bccp+0},
       {"three", "the Newton step lands one ulp above the library root", 3.0, 0x1.bb67ae8584cabp+0},
-      {"four", "a perfect square stays exact", 4.0, 2.0},
       {"46340 squared", "largest square below 2^31", 2147395600.0, 46340.0},
       {"2^31", "one ulp below the library root", 2147483648.0, 0x1.6a09e667f3bccp+15},
       {"2^32 - 1", "just below a perfect square", 4294967295.0, 0x1.ffffffff00000p+15},
       {"2^32", "perfect square at the 32-bit limit", 4294967296.0, 65536.0},
-      {"46341 squared minus 1", "just below a perfect square, agrees with the library",
-       2147488280.0, 0x1.6a09fffe95f63p+15},
       {"46341 squared plus 1", "just above a perfect square", 2147488282.0, 0x1.6a0a00016a09dp+15},
       {"largest int squared", "the length of the longest 32-bit axis vector",
        4611686014132420609.0, 2147483647.0},
-      {"2^62", "a perfect square of the smallest int", 4611686018427387904.0, 2147483648.0},
       {"2^63", "squared length of a diagonal at the 32-bit limits", 9223372036854775808.0,
        0x1.6a09e667f3bccp+31},
       {"huge", "the step would overflow: the library root is kept", 9e307, std::sqrt(9e307)},

@@ -19,25 +19,16 @@ testing::AssertionResult SamePoint(SYS_Point const &actual, std::int32_t x, std:
                                      << ", " << y << ")";
 }
 
-TEST(Point, CoordinatesAndIndexing) {
+TEST(Point, IndexingAndByteSwapping) {
   SYS_Point p(3, -4);
-  EXPECT_EQ(p[0], 3);
-  EXPECT_EQ(p[1], -4);
-  EXPECT_EQ(p[7], -4);
-  EXPECT_EQ(p[-1], -4);
-  p[0] = 10;
-  p[5] = 20;
-  EXPECT_TRUE(SamePoint(p, 10, 20));
   SYS_Point const &cp = p;
-  EXPECT_EQ(cp[2], 20);
+  EXPECT_EQ(cp[0], 3);
+  EXPECT_EQ(cp[7], -4);   // every index but 0 is y
+  EXPECT_EQ(cp[-1], -4);
+  p[5] = 20;
+  EXPECT_TRUE(SamePoint(p, 3, 20));
 
-  p.Initiate();
-  EXPECT_TRUE(SamePoint(p, 0, 0));
-  EXPECT_EQ(SYS_Point(kMin, kMax).IsValid(), 1);
-}
-
-TEST(Point, SwapBytesReversesEachCoordinate) {
-  SYS_Point p(0x01020304, -2);
+  p.Set(0x01020304, -2);
   p.SwapBytes();
   EXPECT_TRUE(SamePoint(p, 0x04030201, -16777217));  // 0xFFFFFFFE becomes 0xFEFFFFFF
   p.SwapBytes();
@@ -65,13 +56,8 @@ TEST(Point, ConversionsWithDoublePoints) {
     assigned = d;
     EXPECT_TRUE(SamePoint(assigned, c.rx, c.ry));
   }
-
   SYS_DoublePoint const exact = SYS_Point(kMin, kMax);
-  EXPECT_EQ(exact.x, -2147483648.0);
-  EXPECT_EQ(exact.y, 2147483647.0);
-  SYS_DoublePoint assigned(0.5, 0.5);
-  assigned = SYS_Point(-7, 8);
-  EXPECT_EQ(assigned, SYS_DoublePoint(-7.0, 8.0));
+  EXPECT_EQ(exact, SYS_DoublePoint(-2147483648.0, 2147483647.0));
 }
 
 TEST(Point, WrappingArithmetic) {
@@ -86,13 +72,8 @@ TEST(Point, WrappingArithmetic) {
 
   SYS_Point p(kMax, 10);
   p += SYS_Point(2, -20);
-  EXPECT_TRUE(SamePoint(p, kMin + 1, -10));
-  p -= SYS_Point(2, 5);
-  EXPECT_TRUE(SamePoint(p, kMax, -15));
-  p += 1;
-  EXPECT_TRUE(SamePoint(p, kMin, -14));
   p -= 1;
-  EXPECT_TRUE(SamePoint(p, kMax, -15));
+  EXPECT_TRUE(SamePoint(p, kMin, -11));
 }
 
 TEST(Point, ProductTruncatesWhereScaleRounds) {
@@ -108,7 +89,6 @@ TEST(Point, ProductTruncatesWhereScaleRounds) {
       {"0.9 of three", "2.7 truncates to 2 and rounds to 3", SYS_Point(3, 0), 0.9, 2, 0, 3, 0},
       {"halves", "truncation toward zero, rounding away from it", SYS_Point(-3, 5), 0.5, -1, 2, -2, 3},
       {"minus half", "-0.5 truncates to 0 and rounds to -1", SYS_Point(5, 0), -0.1, 0, 0, -1, 0},
-      {"unit factor", "nothing changes", SYS_Point(7, -7), 1.0, 7, -7, 7, -7},
       {"beyond 32 bits", "products out of range stop at the limits",
        SYS_Point(1000000000, -1000000000), 3.0, kMax, kMin, kMax, kMin},
   };
@@ -202,8 +182,6 @@ TEST(Point, LexicographicOrder) {
   EXPECT_EQ(p < p, 0);
   EXPECT_EQ(p > p, 0);
   EXPECT_EQ(p == SYS_Point(4, -4), 1);
-  EXPECT_EQ(p != SYS_Point(4, -4), 0);
-  EXPECT_EQ(p == SYS_Point(-4, 4), 0);
 }
 
 TEST(Point, LengthAndDistance) {
@@ -215,10 +193,8 @@ TEST(Point, LengthAndDistance) {
   };
   Case const cases[] = {
       {"negative y axis", "an axis vector is the absolute coordinate", SYS_Point(0, -5), 5.0},
-      {"x axis", "an axis vector is the absolute coordinate", SYS_Point(7, 0), 7.0},
       {"diagonal", "3 * sqrt(2), not sqrt(18), which is one ulp lower", SYS_Point(3, 3),
        4.242640687119286},
-      {"negative diagonal", "only the magnitudes are compared", SYS_Point(-3, 3), 4.242640687119286},
       {"3-4-5", "the square root is exact here", SYS_Point(3, 4), 5.0},
       {"1-2", "the library square root of 5", SYS_Point(1, 2), std::sqrt(5.0)},
       {"smallest x", "its magnitude does not overflow", SYS_Point(kMin, 0), 2147483648.0},
@@ -238,7 +214,6 @@ TEST(Point, LengthAndDistance) {
 
 TEST(Point, ManhattanLength) {
   EXPECT_EQ(SYS_Point(3, -4).MLength(), 7);
-  EXPECT_EQ(SYS_Point(-3, -4).MLength(), 7);
   EXPECT_EQ(SYS_Point(1, 1).MDistance(SYS_Point(-2, -3)), 7);
   // Magnitudes and their sum wrap in 32 bits.
   EXPECT_EQ(SYS_Point(kMin, 0).MLength(), kMin);
@@ -271,8 +246,6 @@ TEST(Point, PolarAngle) {
       {"+y", "a quarter turn, counter-clockwise", SYS_Point(0, 1), 162000000},
       {"-x", "a half turn", SYS_Point(-1, 0), 324000000},
       {"-y", "negative, then a full turn added", SYS_Point(0, -1), 486000000},
-      {"first diagonal", "45 degrees", SYS_Point(1, 1), 81000000},
-      {"second diagonal", "135 degrees", SYS_Point(-1, 1), 243000000},
       {"third diagonal", "225 degrees", SYS_Point(-1, -1), 405000000},
       {"fourth diagonal", "315 degrees", SYS_Point(1, -1), 567000000},
       {"first quadrant", "95634184.24 truncates down", SYS_Point(3, 4), 95634184},
@@ -281,17 +254,14 @@ TEST(Point, PolarAngle) {
        SYS_Point(-3, -4), 419634185},
       {"fourth quadrant", "-95634184.24 truncates toward zero, not down", SYS_Point(3, -4),
        552365816},
-      {"just above +x", "103.13 units", SYS_Point(1000000, 1), 103},
       {"just below +x", "-103.13 truncates to -103", SYS_Point(1000000, -1), 647999897},
       {"just above -x", "323999896.87 truncates down", SYS_Point(-1000000, 1), 323999896},
       {"just below -x", "-323999896.87 truncates toward zero", SYS_Point(-1000000, -1), 324000104},
-      {"near +y", "161999896.87", SYS_Point(1, 1000000), 161999896},
       {"near -y", "-162000103.13 truncates toward zero", SYS_Point(-1, -1000000), 485999897},
       {"longest x", "an angle below one unit is 0", SYS_Point(kMax, 1), 0},
       {"longest -y", "-161999999.95 truncates to -161999999", SYS_Point(1, -kMax), 486000001},
       {"smallest x", "-323999999.95 truncates to -323999999", SYS_Point(kMin, -1), 324000001},
       {"smallest on -x", "exactly a half turn", SYS_Point(kMin, 0), 324000000},
-      {"smallest diagonal", "225 degrees", SYS_Point(kMin, kMin), 405000000},
   };
   for (PolarCase const &c : cases) {
     SCOPED_TRACE(testing::Message() << c.name << ": " << c.reason);
@@ -346,16 +316,13 @@ TEST(DoublePoint, IsValidOnlyStrictlyInsideTheWorkingArea) {
     SYS_DoublePoint p;
     int valid;
   };
-  double const inf = std::numeric_limits<double>::infinity();
   Case const cases[] = {
-      {"origin", "inside", SYS_DoublePoint(0.0, 0.0), 1},
       {"x on the bound", "the bound itself is outside", SYS_DoublePoint(1066800000.0, 0.0), 0},
       {"x below the bound", "the last whole coordinate inside", SYS_DoublePoint(1066799999.0, 0.0), 1},
       {"x just below the bound", "fractions count", SYS_DoublePoint(1066799999.9, 0.0), 1},
       {"negative bound", "the bound is outside on both sides", SYS_DoublePoint(-1066800000.0, 0.0), 0},
       {"y on the bound", "y is checked too", SYS_DoublePoint(0.0, 1066800000.0), 0},
       {"negative y inside", "the last whole coordinate inside", SYS_DoublePoint(0.0, -1066799999.0), 1},
-      {"infinity", "outside", SYS_DoublePoint(inf, 0.0), 0},
       {"NaN", "no number is no coordinate", SYS_DoublePoint(0.0, std::nan("")), 0},
   };
   for (Case const &c : cases) {
@@ -366,19 +333,11 @@ TEST(DoublePoint, IsValidOnlyStrictlyInsideTheWorkingArea) {
 
 TEST(DoublePoint, ArithmeticAndExactComparison) {
   SYS_DoublePoint p(1.5, -2.0);
-  EXPECT_EQ(p + SYS_DoublePoint(0.25, 0.5), SYS_DoublePoint(1.75, -1.5));
-  EXPECT_EQ(p - SYS_DoublePoint(0.25, 0.5), SYS_DoublePoint(1.25, -2.5));
-  EXPECT_EQ(p + 0.5, SYS_DoublePoint(2.0, -1.5));
-  EXPECT_EQ(p - 0.5, SYS_DoublePoint(1.0, -2.5));
   p += SYS_DoublePoint(1.0, 1.0);
   p -= 0.5;
   EXPECT_EQ(p, SYS_DoublePoint(2.0, -1.5));
-  p.Scale(0.1);
-  EXPECT_EQ(p, SYS_DoublePoint(2.0 * 0.1, -1.5 * 0.1));  // no rounding to whole units
-  p.Scale(10.0, -2.0);
-  EXPECT_EQ(p, SYS_DoublePoint(2.0 * 0.1 * 10.0, -1.5 * 0.1 * -2.0));
-  EXPECT_EQ(p[0], p.x);
-  EXPECT_EQ(p[3], p.y);
+  p.Scale(0.25, 0.1);
+  EXPECT_EQ(p, SYS_DoublePoint(0.5, -1.5 * 0.1));  // no rounding to whole units
 
   // No tolerance: 0.1 + 0.2 is not 0.3; signed zeros are equal; NaN is unequal.
   EXPECT_EQ(SYS_DoublePoint(0.1 + 0.2, 0.0) == SYS_DoublePoint(0.3, 0.0), 0);
@@ -391,32 +350,27 @@ TEST(DoublePoint, ArithmeticAndExactComparison) {
   EXPECT_EQ(SYS_DoublePoint(0.0, 1.0) < nan, 0);
 }
 
-// Locations and positions.
-
-struct ReduceCase {
-  char const *name;
-  char const *reason;
-  std::int32_t angle;
-  std::int32_t stored;
-};
-
 TEST(Location, EveryStoreReducesTheOrientation) {
-  ReduceCase const cases[] = {
+  struct Case {
+    char const *name;
+    char const *reason;
+    std::int32_t angle;
+    std::int32_t stored;
+  };
+  Case const cases[] = {
       {"full turn", "one turn is no turn", 648000000, 0},
       {"minus one", "a negative orientation stays negative", -1, -1},
       {"minus a turn and one", "the sign survives the reduction", -648000001, -1},
       {"two turns and one", "two turns are taken off", 1296000001, 1},
       {"last unit", "already reduced", 647999999, 647999999},
+      {"largest int", "three turns are taken off", kMax, 203483647},
       {"smallest int", "reduced without overflow", kMin, -203483648},
   };
   SYS_Point const o(5, -6);
-  for (ReduceCase const &c : cases) {
+  for (Case const &c : cases) {
     SCOPED_TRACE(testing::Message() << c.name << ": " << c.reason);
-    SYS_Location const a(o, c.angle);
-    SYS_Location const b(5, -6, c.angle);
-    EXPECT_EQ(a.GetOrientation(), c.stored);
-    EXPECT_EQ(b.GetOrientation(), c.stored);
-    EXPECT_TRUE(SamePoint(a.GetOrigin(), 5, -6));
+    EXPECT_EQ(SYS_Location(o, c.angle).GetOrientation(), c.stored);
+    EXPECT_EQ(SYS_Location(5, -6, c.angle).GetOrientation(), c.stored);
     SYS_Location set;
     set.Set(o, c.angle);
     EXPECT_EQ(set.GetOrientation(), c.stored);
@@ -430,21 +384,15 @@ TEST(Location, EveryStoreReducesTheOrientation) {
   }
 }
 
-TEST(Location, OriginAndEquality) {
+TEST(Location, Equality) {
   SYS_Location loc(1, 2, 3);
-  loc.SetOrigin(SYS_Point(-7, 8));
-  EXPECT_TRUE(SamePoint(loc.GetOrigin(), -7, 8));
-  loc.SetOrigin(9, 10);
   loc.GetOrigin().x = 11;
-  EXPECT_EQ(loc, SYS_Location(11, 10, 3));
-  EXPECT_NE(loc, SYS_Location(11, 10, 4));
-  EXPECT_NE(loc, SYS_Location(11, 11, 3));
+  EXPECT_EQ(loc, SYS_Location(11, 2, 3));
+  EXPECT_NE(loc, SYS_Location(11, 2, 4));
+  EXPECT_NE(loc, SYS_Location(11, 3, 3));
   // Orientations compare as stored: -1 and 647999999 point the same way but differ.
   EXPECT_EQ(SYS_Location(0, 0, -1) == SYS_Location(0, 0, 647999999), 0);
   EXPECT_EQ(SYS_Location(0, 0, -1) != SYS_Location(0, 0, 647999999), 1);
-  loc.Initiate();
-  EXPECT_EQ(loc, SYS_Location());
-  EXPECT_EQ(loc.GetOrientation(), 0);
 }
 
 TEST(Location, SumAddsOriginsAndReducesTheOrientation) {
@@ -458,8 +406,6 @@ TEST(Location, SumAddsOriginsAndReducesTheOrientation) {
        SYS_Location(3, 4, 100000000), SYS_Location(4, 6, 52000000)},
       {"negative past a turn", "the reduced sum stays negative", SYS_Location(0, 0, -600000000),
        SYS_Location(0, 0, -100000000), SYS_Location(0, 0, -52000000)},
-      {"opposite signs", "no normalisation to positive", SYS_Location(0, 0, 5),
-       SYS_Location(0, 0, -10), SYS_Location(0, 0, -5)},
       {"wrapping origin", "origins wrap in 32 bits", SYS_Location(kMax, kMin, 0),
        SYS_Location(1, -1, 0), SYS_Location(kMin, kMax, 0)},
   };
@@ -487,7 +433,6 @@ TEST(Location, SwapBytesAndValidity) {
   loc.SwapBytes();
   EXPECT_EQ(loc, SYS_Location(1, 2, 100));
   EXPECT_EQ(loc.IsValid(), 1);
-  EXPECT_EQ(SYS_Location(0, 0, -647999999).IsValid(), 1);
 }
 
 TEST(Position, MirrorFlagIsZeroOrOne) {
@@ -501,9 +446,8 @@ TEST(Position, MirrorFlagIsZeroOrOne) {
   EXPECT_EQ(pos.GetMirror(), 1);
   pos.Set(p, 10, 9);
   EXPECT_EQ(pos.GetMirror(), 1);
-  pos.Set(1, 2, 648000010, 0);
-  EXPECT_EQ(pos, SYS_Position(1, 2, 10, 0));
   EXPECT_EQ(pos.IsValid(), 1);
+  EXPECT_NE(pos, SYS_Position(p, 10, 0));  // the flag takes part in equality
 
   // A flag that is neither 0 nor 1 can only come from raw data.
   int const raw = 2;
@@ -527,14 +471,6 @@ TEST(Position, ConstructionKeepsTheLocationAndLocationSettersKeepTheFlag) {
   pos.Initiate();
   EXPECT_EQ(pos, SYS_Position());
   EXPECT_EQ(pos.GetMirror(), 0);
-}
-
-TEST(Position, EqualityIncludesTheFlag) {
-  EXPECT_EQ(SYS_Position(1, 2, 3, 1) == SYS_Position(1, 2, 3, 1), 1);
-  EXPECT_EQ(SYS_Position(1, 2, 3, 1) == SYS_Position(1, 2, 3, 0), 0);
-  EXPECT_EQ(SYS_Position(1, 2, 3, 1) != SYS_Position(1, 2, 3, 0), 1);
-  EXPECT_EQ(SYS_Position(1, 2, 3, 1) == SYS_Position(1, 2, 4, 1), 0);
-  EXPECT_EQ(SYS_Position(1, 2, 3, 1) == SYS_Position(1, 3, 3, 1), 0);
 }
 
 TEST(Position, SumCombinesTheFlagsByExclusiveOr) {
