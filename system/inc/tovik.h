@@ -18,4 +18,8 @@
 #include "scc_event.h"
 #include "scc_iterator.h"
 
+// Geometry
+#include "sys_geometry_units.h"
+#include "sys_point.h"
+
 #endif  // TOVIK_H
