@@ -21,8 +21,8 @@
 #include "scc_list.h"
 #include "tovik_export.h"
 
-class SCC_RefDList;
-class SCC_DListRefNode;
+class TOVIK_API SCC_RefDList;
+class TOVIK_API SCC_DListRefNode;
 
 // The instances over reference nodes live in the library.
 extern template class SCC_SList<SCC_DListRefNode>;
