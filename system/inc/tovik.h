@@ -12,4 +12,9 @@
 // Events
 #include "scc_event.h"
 
+// Containers
+#include "scc_list.h"
+#include "scc_refdlist.h"
+#include "scc_safe_list.h"
+
 #endif  // TOVIK_H

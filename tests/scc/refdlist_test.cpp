@@ -39,8 +39,10 @@ class Journaled : public SCC_RefDList {
   explicit Journaled(char n) : name(n) {}
   Journaled(Journaled &other, char n) : SCC_RefDList(other), name(n) {}
   ~Journaled() override { RemoveAll(); }
+  // A "!" marks a list that is not sound when it tells of a change.
   void OnListEvent(int code, SCC_DListRefNode *node) override {
-    journal.push_back(std::string(1, name) + std::to_string(code) + NameOf(node));
+    journal.push_back(std::string(1, name) + std::to_string(code) + NameOf(node) +
+                      (code == 5 && !IsValid() ? "!" : ""));
   }
   void OnIteratorStart(SCC_SListIterator<SCC_DListRefNode> *iterator) override {
     journal.push_back(std::string(1, name) + "start" + NameOf(iterator->current));
