@@ -1,9 +1,9 @@
 // The safe list: a doubly linked ring whose nodes can leave, or be destroyed,
 // in the middle of a walk, while every iterator on them moves on unharmed.
 //
-// A node type T derives from SCC_SafeDListNode<T>. Each node keeps, in the
-// reference list it is (scc_refdlist.h), the iterators standing on it; when
-// the node leaves its list those iterators hear it and step to the node that
+// A node type T derives from SCC_SafeDListNode<T>. Each node is itself a
+// reference list (scc_refdlist.h) of the iterators standing on it; when the
+// node leaves its list those iterators hear it and step to the node that
 // followed. The list does not own its nodes: destroying the list leaves them
 // alone and alive, unless DeleteAll was called. A node that is destroyed
 // while in a list takes itself out, and needs no pointer to its list for it.
