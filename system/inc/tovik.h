@@ -4,6 +4,11 @@
 
 #include "tovik_export.h"
 
+// Platform layer: the framework's string, the code page, number text
+#include "cstring.h"
+#include "mbtext.h"
+#include "numtext.h"
+
 // Core frame
 #include "sys_string.h"
 #include "ssm.h"
@@ -11,6 +16,11 @@
 
 // Events
 #include "scc_event.h"
+#include "scc_iterator.h"
+
+// Geometry
+#include "sys_geometry_units.h"
+#include "sys_point.h"
 
 // Containers
 #include "scc_list.h"
