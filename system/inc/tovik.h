@@ -22,4 +22,9 @@
 #include "sys_geometry_units.h"
 #include "sys_point.h"
 
+// Containers
+#include "scc_list.h"
+#include "scc_refdlist.h"
+#include "scc_safe_list.h"
+
 #endif  // TOVIK_H
