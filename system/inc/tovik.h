@@ -12,4 +12,9 @@
 // Events
 #include "scc_event.h"
 
+// Containers
+#include "scc_hash.h"
+#include "scc_shared.h"
+#include "scc_array.h"
+
 #endif  // TOVIK_H
