@@ -1,7 +1,7 @@
 # One list of warnings for the library, tests, benchmarks and examples alike;
 # sanitizers are an option, not a build type.
-set(TOVIK_WARNINGS -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor
-    -Woverloaded-virtual)
+set(TOVIK_WARNINGS -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
+    $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>)
 if(TOVIK_WERROR)
   list(APPEND TOVIK_WARNINGS -Werror)
 endif()
