@@ -41,6 +41,7 @@
 #include <cstring>
 #include <new>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 #include "scc_event.h"
@@ -79,6 +80,32 @@ template <class T>
 struct HasCompare<
     T, std::void_t<decltype(SCC_Compare(std::declval<T const &>(), std::declval<T const &>()))>>
     : std::true_type {};
+
+// The built-in item types whose default order the engine may apply inline:
+// 0 for every other type.
+enum InlineKey {
+  kNoInlineKey = 0,
+  kKeyInt = 1,
+  kKeyUnsigned = 2,
+  kKeyLong = 3,  // std::int64_t, SCC_Handle
+  kKeyUnsignedLong = 4,
+  kKeyDouble = 5,
+  kKeyPointer = 6
+};
+template <class T>
+struct InlineKeyOf : std::integral_constant<int, kNoInlineKey> {};
+template <>
+struct InlineKeyOf<int> : std::integral_constant<int, kKeyInt> {};
+template <>
+struct InlineKeyOf<unsigned int> : std::integral_constant<int, kKeyUnsigned> {};
+template <>
+struct InlineKeyOf<long> : std::integral_constant<int, kKeyLong> {};
+template <>
+struct InlineKeyOf<unsigned long> : std::integral_constant<int, kKeyUnsignedLong> {};
+template <>
+struct InlineKeyOf<double> : std::integral_constant<int, kKeyDouble> {};
+template <>
+struct InlineKeyOf<void *> : std::integral_constant<int, kKeyPointer> {};
 }  // namespace tovik_detail
 
 // Orders items of type T by a function, or by SCC_Compare without one; the
@@ -201,6 +228,18 @@ class TOVIK_API _SCC_Array {
   // Sort(0, GetSize(), order).
   virtual void Sort(int order);
 
+ protected:
+  // Flags for GetInlineSteps.
+  enum {
+    kInlineKeyMask = 0xFF,  // a tovik_detail::InlineKey: compare and swap inline
+    kPlainItems = 0x100     // items are plain bytes: relocate and copy them as such
+  };
+  // What the engine may do without its virtual item steps: nothing here.
+  // The library's own typed layers answer for themselves, since they know
+  // that they override none of those steps.
+  virtual int GetInlineSteps() const;
+
+ public:
   // The number of items; GetUpperBound too is the first index behind the end.
   std::int32_t GetSize() const { return data != nullptr ? Header()->size : 0; }
   std::int32_t GetCount() const { return GetSize(); }
@@ -278,11 +317,10 @@ class TOVIK_API _SCC_Array {
   void *data;  // the first item, or null
 
  private:
+  class Sorter;  // the sort and search steps, over virtual or inline item steps
   static void DestroyBuffer(_Buffer *buffer);
-  void SortRange(std::int32_t lo, std::int32_t hi, SCC_ComparatorBase &order,
-                 std::size_t elementSize);
-  void HeapSort(std::int32_t lo, std::int32_t hi, SCC_ComparatorBase &order,
-                std::size_t elementSize);
+  // Grows a private buffer of plain items where it lies, if it can.
+  bool GrowInPlace(std::int64_t capacity);
 };
 
 // The buffer of an array of T: the items follow the header.
@@ -320,6 +358,11 @@ class TOVIK_API _SCC_Buffer : public _SCC_Array::_Buffer {
     }
   }
 };
+
+template <class T>
+class SCC_SortableArray;
+template <class T>
+class SCC_Stack;
 
 // A dynamic array of T that shares its buffer with its copies until one of
 // them writes.
@@ -407,6 +450,23 @@ class TOVIK_API SCC_Array : public _SCC_Array {
     using std::swap;
     T *const items = static_cast<T *>(data);
     swap(items[a], items[b]);
+  }
+  int GetInlineSteps() const override {
+    // A derived class of an application may override any item step.
+    std::type_info const &self = typeid(*this);
+    if (self != typeid(SCC_Array<T>) && self != typeid(SCC_SortableArray<T>) &&
+        self != typeid(SCC_Stack<T>)) {
+      return 0;
+    }
+    int steps = std::is_trivially_copyable<T>::value && std::is_trivial<T>::value ? kPlainItems : 0;
+    if constexpr (tovik_detail::InlineKeyOf<T>::value != tovik_detail::kNoInlineKey) {
+      SCC_ComparatorBase const *const order = comparator;
+      if (order != nullptr && typeid(*order) == typeid(SCC_Comparator<T>) &&
+          static_cast<SCC_Comparator<T> const *>(order)->function == nullptr) {
+        steps |= tovik_detail::InlineKeyOf<T>::value;
+      }
+    }
+    return steps;
   }
 
  private:

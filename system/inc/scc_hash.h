@@ -35,9 +35,10 @@ inline std::int32_t UnsignedSlot(std::uint64_t key, std::int32_t size) {
   if (size < 1) return 0;
   return static_cast<std::int32_t>(key % static_cast<std::uint64_t>(size));
 }
+// -1, 0 or 1 without branches: sorting random keys mispredicts enough.
 template <class V>
 inline int Order(V a, V b) {
-  return a < b ? -1 : (b < a ? 1 : 0);
+  return static_cast<int>(b < a) - static_cast<int>(a < b);
 }
 }  // namespace tovik_detail
 
@@ -107,10 +108,7 @@ inline int SCC_Compare(void *a, void *b) {
 }
 // 0 when neither is below or above the other, so a NaN equals everything;
 // otherwise 1 when a >= b, else -1.
-inline int SCC_Compare(double a, double b) {
-  if (!(a < b) && !(a > b)) return 0;
-  return a >= b ? 1 : -1;
-}
+inline int SCC_Compare(double a, double b) { return tovik_detail::Order(a, b); }
 inline int SCC_Compare(float a, float b) {
   return SCC_Compare(static_cast<double>(a), static_cast<double>(b));
 }

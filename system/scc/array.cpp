@@ -2,6 +2,7 @@
 // Sorting and searching live in array_sort.cpp.
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <new>
 
 #include "scc_array.h"
@@ -54,13 +55,30 @@ int _SCC_Array::_Buffer::IsValid() const {
   return referenced && sized && fits ? 1 : 0;
 }
 
+// Blocks come from malloc, so that a private buffer of plain items can grow
+// by realloc, which moves large blocks without copying them.
 void *_SCC_Array::AllocateBlock(std::int32_t capacity, std::size_t elementSize) {
-  return ::operator new(sizeof(_Buffer) + static_cast<std::size_t>(capacity) * elementSize);
+  void *const block =
+      std::malloc(sizeof(_Buffer) + static_cast<std::size_t>(capacity) * elementSize);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
 }
 
 void _SCC_Array::DestroyBuffer(_Buffer *buffer) {
   buffer->~_Buffer();
-  ::operator delete(buffer);
+  std::free(buffer);
+}
+
+bool _SCC_Array::GrowInPlace(std::int64_t capacity) {
+  std::size_t const bytes = sizeof(_Buffer) + static_cast<std::size_t>(capacity) *
+                                                  static_cast<std::size_t>(GetElementSize());
+  // The header is a vptr and three integers: it moves with the bytes.
+  void *const block = std::realloc(static_cast<void *>(GetBuffer()), bytes);
+  if (block == nullptr) throw std::bad_alloc();
+  auto *const buffer = static_cast<_Buffer *>(block);
+  buffer->capacity = static_cast<std::int32_t>(capacity);
+  data = buffer->GetItems();
+  return true;
 }
 
 // ---------------------------------------------------------------------------
@@ -113,6 +131,8 @@ std::int32_t _SCC_Array::GetGrowByAmount() const {
   if (size >= kLargestGrowStep / 2) return kLargestGrowStep;
   return size < 1 ? 1 : 2 * size;
 }
+
+int _SCC_Array::GetInlineSteps() const { return 0; }
 
 int _SCC_Array::IsEmpty() const { return GetSize() == 0; }
 
@@ -177,19 +197,37 @@ void _SCC_Array::CreateBuffer(int operation, std::int32_t index, std::int32_t co
     needNew = true;
   }
 
-  if (!needNew) {
-    // Room enough in a private buffer: work in place.
-    if (old->size < newSize)
-      old->ConstructElements(old->size, static_cast<std::int32_t>(newSize - old->size));
+  // Work in place: room enough in a private buffer.
+  auto const inPlace = [&](_Buffer *buffer) {
+    std::int64_t const oldSize = buffer->size;
+    if (oldSize < newSize) {
+      buffer->ConstructElements(static_cast<std::int32_t>(oldSize),
+                                static_cast<std::int32_t>(newSize - oldSize));
+    }
     // A move onto itself (a resize) would only assign each item to itself.
     if (move != 0 && from != to) {
-      CopyData(old, static_cast<std::int32_t>(to), static_cast<std::int32_t>(from),
+      CopyData(buffer, static_cast<std::int32_t>(to), static_cast<std::int32_t>(from),
                static_cast<std::int32_t>(move));
     }
-    if (old->size > newSize)
-      old->DestructElements(static_cast<std::int32_t>(newSize),
-                            static_cast<std::int32_t>(old->size - newSize));
-    old->size = static_cast<std::int32_t>(newSize);
+    if (oldSize > newSize) {
+      buffer->DestructElements(static_cast<std::int32_t>(newSize),
+                               static_cast<std::int32_t>(oldSize - newSize));
+    }
+    buffer->size = static_cast<std::int32_t>(newSize);
+  };
+  if (!needNew) {
+    inPlace(old);
+    return;
+  }
+
+  bool const plain = (GetInlineSteps() & kPlainItems) != 0;
+  if (plain && old != nullptr && old->refCount == 1 && operation != OpReserve) {
+    // A private buffer of plain items that must grow: it grows where it lies
+    // and the change is made in place. What the new buffer would hold, it
+    // holds: the gap of an insertion gets new items, not the former occupants.
+    GrowInPlace(capacity);
+    inPlace(GetBuffer());
+    if (operation == OpInsert && count > 0) GetBuffer()->ConstructElements(index, count);
     return;
   }
 
@@ -204,11 +242,29 @@ void _SCC_Array::CreateBuffer(int operation, std::int32_t index, std::int32_t co
       if (buffer != nullptr) DestroyBuffer(buffer);
     }
   } guard{fresh};
-  fresh->ConstructElements(0, static_cast<std::int32_t>(newSize));
-  fresh->size = static_cast<std::int32_t>(newSize);
-  if (index != 0 && old != nullptr) {
-    CopyData(fresh, 0, 0, static_cast<std::int32_t>(std::min<std::int64_t>(index, size)));
+  std::int64_t const copiedHead =
+      index != 0 && old != nullptr ? std::min<std::int64_t>(index, size) : 0;
+  std::int64_t const movedLo = move > 0 ? to : to + move + 1;
+  std::int64_t const movedHi = move > 0 ? to + move : to + 1;
+  if (plain && move != 0) {
+    // Plain items that a copy fills need no construction first: only the
+    // gap between the head and the moved block, and what lies behind both.
+    if (movedLo > copiedHead) {
+      fresh->ConstructElements(static_cast<std::int32_t>(copiedHead),
+                               static_cast<std::int32_t>(movedLo - copiedHead));
+    }
+    if (newSize > movedHi) {
+      fresh->ConstructElements(static_cast<std::int32_t>(movedHi),
+                               static_cast<std::int32_t>(newSize - movedHi));
+    }
+  } else if (plain) {
+    fresh->ConstructElements(static_cast<std::int32_t>(copiedHead),
+                             static_cast<std::int32_t>(newSize - copiedHead));
+  } else {
+    fresh->ConstructElements(0, static_cast<std::int32_t>(newSize));
   }
+  fresh->size = static_cast<std::int32_t>(newSize);
+  if (copiedHead > 0) CopyData(fresh, 0, 0, static_cast<std::int32_t>(copiedHead));
   if (move != 0) {
     CopyData(fresh, static_cast<std::int32_t>(to), static_cast<std::int32_t>(from),
              static_cast<std::int32_t>(move));
