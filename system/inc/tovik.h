@@ -11,6 +11,7 @@
 
 // Events
 #include "scc_event.h"
+#include "scc_iterator.h"
 
 // Containers
 #include "scc_hash.h"

@@ -15,7 +15,7 @@ int main() {
   SCC_EventHook<int> hook;
   hook.function = Count;
   hook.AddHook(&notifier);
-  notifier.Notify(SCC_EvChanged, nullptr);
+  notifier.Notify(EvChanged, nullptr);
   int const result = SSM_AssertFailed("consumer check", __FILE__, __LINE__, SSM_FailureNotice, 0);
   std::printf("%s heard=%d assert=%d\n", static_cast<char const *>(text), heard, result);
   return (text == "R105" && heard == 1 && result == 0) ? 0 : 1;
