@@ -23,6 +23,9 @@
 #include "sys_point.h"
 
 // Containers
+#include "scc_hash.h"
+#include "scc_shared.h"
+#include "scc_array.h"
 #include "scc_list.h"
 #include "scc_refdlist.h"
 #include "scc_safe_list.h"
