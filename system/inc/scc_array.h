@@ -360,9 +360,9 @@ class TOVIK_API _SCC_Buffer : public _SCC_Array::_Buffer {
 };
 
 template <class T>
-class SCC_SortableArray;
+class TOVIK_API SCC_SortableArray;
 template <class T>
-class SCC_Stack;
+class TOVIK_API SCC_Stack;
 
 // A dynamic array of T that shares its buffer with its copies until one of
 // them writes.
@@ -548,18 +548,5 @@ class TOVIK_API SCC_Stack : public SCC_Array<T> {
  protected:
   std::int32_t count;
 };
-
-// The instances the library itself is built with.
-extern template class SCC_Comparator<int>;
-extern template class SCC_Comparator<SCC_Handle>;
-extern template class _SCC_Buffer<int>;
-extern template class _SCC_Buffer<SCC_Handle>;
-extern template class _SCC_Buffer<void *>;
-extern template class SCC_Array<int>;
-extern template class SCC_SortableArray<int>;
-extern template class SCC_Stack<int>;
-extern template class SCC_Array<SCC_Handle>;
-extern template class SCC_SortableArray<SCC_Handle>;
-extern template class SCC_Array<void *>;
 
 #endif  // TOVIK_SCC_ARRAY_H

@@ -276,7 +276,14 @@ TEST(ArraySort, AnInconsistentComparatorCannotBreakTheArray) {
 template <class T>
 class TypedSort : public ::testing::Test {};
 using SortTypes = ::testing::Types<int, SYS_String, tovik_test::Counted>;
-TYPED_TEST_SUITE(TypedSort, SortTypes);
+struct SortNames {
+  template <class T>
+  static std::string GetName(int i) {
+    char const *const names[] = {"int", "SYS_String", "Counted"};
+    return names[i];
+  }
+};
+TYPED_TEST_SUITE(TypedSort, SortTypes, SortNames);
 
 TYPED_TEST(TypedSort, SortsAndKeepsEveryItem) {
   using T = TypeParam;
@@ -333,7 +340,14 @@ T KeyOf(unsigned r) {
 template <class T>
 class InlineKeys : public ::testing::Test {};
 using KeyTypes = ::testing::Types<int, unsigned int, SCC_Handle, unsigned long, double, void *>;
-TYPED_TEST_SUITE(InlineKeys, KeyTypes);
+struct KeyNames {
+  template <class T>
+  static std::string GetName(int i) {
+    char const *const names[] = {"int", "unsigned", "long", "unsigned_long", "double", "pointer"};
+    return names[i];
+  }
+};
+TYPED_TEST_SUITE(InlineKeys, KeyTypes, KeyNames);
 
 TYPED_TEST(InlineKeys, TakeTheSameStepsAsTheVirtualOnes) {
   using T = TypeParam;

@@ -5,6 +5,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "array_support.h"
@@ -141,7 +142,8 @@ TEST(ArrayNotification, SetClearAssignAndDestroy) {
 
     SCC_Array<int> other;
     other.Append(9);
-    array = array;  // nothing at all
+    SCC_Array<int> &same = array;
+    array = same;  // nothing at all
     array = other;
     EXPECT_EQ(listener.heard, std::vector<Heard>{Code(EvReload)});
     EXPECT_EQ(array.GetBuffer(), other.GetBuffer());
@@ -218,7 +220,14 @@ struct Items<Counted> {
 template <class T>
 class TypedArray : public ::testing::Test {};
 using ItemTypes = ::testing::Types<int, SYS_String, Counted>;
-TYPED_TEST_SUITE(TypedArray, ItemTypes);
+struct ItemNames {
+  template <class T>
+  static std::string GetName(int) {
+    if (std::is_same<T, int>::value) return "int";
+    return std::is_same<T, SYS_String>::value ? "SYS_String" : "Counted";
+  }
+};
+TYPED_TEST_SUITE(TypedArray, ItemTypes, ItemNames);
 
 template <class T>
 std::vector<int> Values(SCC_Array<T> const &array) {

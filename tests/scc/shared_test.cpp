@@ -113,7 +113,8 @@ TEST_F(SharedPointerTest, OrderOfAssignmentAndDestruction) {
   {
     SCC_SharedPointer<Shared> p(new Watching);
     watched = &p;
-    p = p;  // self-assignment at count 1 keeps the object
+    SCC_SharedPointer<Shared> &same = p;
+    p = same;  // self-assignment at count 1 keeps the object
     EXPECT_EQ(destroyed, 0);
     p = next;
     EXPECT_EQ(destroyed, 1);
