@@ -4,6 +4,11 @@
 
 #include "tovik_export.h"
 
+// Platform layer: the framework's string, the code page, number text
+#include "cstring.h"
+#include "mbtext.h"
+#include "numtext.h"
+
 // Core frame
 #include "sys_string.h"
 #include "ssm.h"
@@ -17,5 +22,9 @@
 #include "scc_hash.h"
 #include "scc_shared.h"
 #include "scc_array.h"
+
+// Geometry
+#include "sys_geometry_units.h"
+#include "sys_point.h"
 
 #endif  // TOVIK_H
