@@ -48,7 +48,7 @@ class TOVIK_API SCC_DListNode : public SCC_SListNode<T> {
 };
 
 template <class T>
-class SCC_SListIterator;
+class TOVIK_API SCC_SListIterator;
 
 // A singly linked list of T. It does not own its nodes: destroying the list
 // unlinks them and they live on. Removing a node other than the head walks
