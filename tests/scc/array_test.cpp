@@ -359,6 +359,28 @@ TEST(ArrayBadInput, RejectedWithNothingChanged) {
   EXPECT_EQ(array.IsValid(), 1);
 }
 
+// A listener must not change the array it hears about; one that does still
+// cannot make the array read or write outside its buffer.
+TEST(ArrayBadInput, AListenerThatChangesTheArrayCannotCorruptIt) {
+  SCC_Array<SYS_String> array;
+  for (char const *text : {"a", "b", "c", "d", "e"}) array.Append(text);
+  Recorder listener;
+  listener.context = &array;
+  listener.also = [](Recorder &self, int code) {
+    if (code == EvDeleted) static_cast<SCC_Array<SYS_String> *>(self.context)->Clear();
+  };
+  array.AddListener(listener);
+  array.Delete(1, 3);  // the first notice empties the array
+  EXPECT_EQ(array.GetSize(), 0);
+
+  listener.also = [](Recorder &self, int code) {
+    if (code == EvAdded) static_cast<SCC_Array<SYS_String> *>(self.context)->SetSize(0);
+  };
+  array[10] = "x";  // grows, is shrunk by the listener, and writes nothing
+  EXPECT_EQ(array.GetSize(), 0);
+  EXPECT_EQ(array.IsValid(), 1);
+}
+
 // An item whose constructors and assignment throw once a budget runs out.
 struct Fragile {
   static int budget;
