@@ -18,6 +18,7 @@ using ssm_test::Fail;
 using ssm_test::Listener;
 using ssm_test::RecordAt;
 using ssm_test::Steer;
+using ssm_test::Thrown;
 
 int behind = 0;  // how often the code behind AppCheck ran
 
@@ -38,15 +39,11 @@ TEST(FailureManager, FourEnds) {
   // Nobody asked: types 0 and 1 carry on; type 2 throws the record from inside.
   EXPECT_EQ(Fail(10, SSM_FailureNotice), 1);
   EXPECT_EQ(Fail(11, SSM_FailureError), 1);
-  try {
-    Fail(12, SSM_FailureAssert);
-    ADD_FAILURE() << "type 2 returned";
-  } catch (SSM::AssertData *record) {
-    EXPECT_EQ(record, RecordAt(manager, "board.cpp(12)"));
-    EXPECT_EQ(record->count, 1);
-    EXPECT_STREQ(record->msg, "Demo: failed");
-    EXPECT_EQ(record->action, SSM::ActionContinue);
-  }
+  SSM::AssertData *const thrown = Thrown([] { Fail(12, SSM_FailureAssert); });
+  ASSERT_EQ(thrown, RecordAt(manager, "board.cpp(12)"));
+  EXPECT_EQ(thrown->count, 1);
+  EXPECT_STREQ(thrown->msg, "Demo: failed");
+  EXPECT_EQ(thrown->action, SSM::ActionContinue);
   EXPECT_EQ(failures.heard.size(), 3u);
   EXPECT_EQ(logs.heard.size(), 3u);
   ExpectIdle(manager);
@@ -231,17 +228,14 @@ TEST(FailureManager, InvalidActionFailsACheckOfItsOwn) {
   SSM manager;
   Listener ask(manager.actionEvent, [](int, SSM::AssertData *r) { Steer(r, 7); });
   Listener failures(manager.failureEvent);
-  try {
-    Fail(90, SSM_FailureError);
-    ADD_FAILURE() << "an invalid action returned";
-  } catch (SSM::AssertData *inner) {
-    EXPECT_STREQ(inner->fileName, "system/ssm/manager.cpp");
-    EXPECT_STREQ(inner->msg, "Assert handler encountered invalid action code.");
-    EXPECT_EQ(inner->id, 0);
-    EXPECT_EQ(inner->count, 1);
-    ASSERT_EQ(failures.heard.size(), 1u);
-    EXPECT_EQ(failures.heard[0], std::make_pair(2, inner));
-  }
+  SSM::AssertData *const inner = Thrown([] { Fail(90, SSM_FailureError); });
+  ASSERT_NE(inner, nullptr);
+  EXPECT_STREQ(inner->fileName, "system/ssm/manager.cpp");
+  EXPECT_STREQ(inner->msg, "Assert handler encountered invalid action code.");
+  EXPECT_EQ(inner->id, 0);
+  EXPECT_EQ(inner->count, 1);
+  ASSERT_EQ(failures.heard.size(), 1u);
+  EXPECT_EQ(failures.heard[0], std::make_pair(2, inner));
   // The outer failure was left before its pop.
   EXPECT_EQ(manager.depth, 0);
   ASSERT_EQ(manager.activeAsserts.GetStackSize(), 1);
@@ -263,15 +257,6 @@ TEST(FailureManager, ThrowAfterAHandledFailureThrowsItsRecord) {
   } catch (void *thrown) {  // a handler may take the record as void *
     EXPECT_EQ(thrown, record);
   }
-}
-
-TEST(FailureManager, DefaultTextsReachTheRecord) {
-  SSM manager;
-  Fail(110, SSM_FailureNotice, "", 7);
-  Fail(111, SSM_FailureNotice, nullptr, 0);
-  EXPECT_STREQ(RecordAt(manager, "board.cpp(110)")->msg, "SSM: Assert ID #7, message not available");
-  EXPECT_EQ(RecordAt(manager, "board.cpp(110)")->id, 7);
-  EXPECT_STREQ(RecordAt(manager, "board.cpp(111)")->msg, "Message not available");
 }
 
 TEST(FailureManager, LibraryCheckReachesTheApplicationsHandler) {

@@ -41,6 +41,17 @@ inline int Fail(int line, SSM_FailureType type, char const *text = "Demo: failed
   return SSM_AssertFailed(text, "board.cpp", line, type, id);
 }
 
+// The record a call throws, or null if it throws none.
+template <class Call>
+SSM::AssertData *Thrown(Call call) {
+  try {
+    call();
+  } catch (SSM::AssertData *record) {
+    return record;
+  }
+  return nullptr;
+}
+
 inline SSM::AssertData *RecordAt(SSM &manager, char const *key) { return manager.asserts.Find(key); }
 
 }  // namespace ssm_test
