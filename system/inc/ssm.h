@@ -102,7 +102,7 @@ class TOVIK_API SSM {
     // manager the lookup is made in the map the cursor walks, if any.
     void SetHandle(AssertData *data);
     // The same with the handle as a pointer; the manager is ignored.
-    void SetHandle(SCC_Handle handle, SSM *manager = nullptr);
+    void SetHandle(SCC_Handle handle, SSM *manager);
 
     // The current manager's actionEvent, which a collection of records
     // listens to; null with no manager (there is nothing to listen to then).
