@@ -22,6 +22,9 @@
 #include "scc_hash.h"
 #include "scc_shared.h"
 #include "scc_array.h"
+#include "scc_list.h"
+#include "scc_refdlist.h"
+#include "scc_safe_list.h"
 
 // Geometry
 #include "sys_geometry_units.h"
