@@ -321,8 +321,10 @@ void _SCC_Array::Delete(std::int32_t index, std::int32_t count) {
   SSM_CHECK(valid, "Tovik: Delete outside the array");
   if (!valid) return;
   if (notifier != nullptr) {
-    for (std::int32_t k = 0; k < count; ++k)
+    // Each item in turn stands at index as the ones before it go.
+    for (std::int32_t k = 0; k < count; ++k) {
       NotifyListeners(EvDeleted, SCC_HandleToData(index + 1));
+    }
     UpdateRecord record = {OpDelete, index, count};
     NotifyListeners(EvRemapped, &record);
   }
