@@ -39,7 +39,8 @@ void SSM::AssertObj::SetHandle(SCC_Handle handle, SSM *) {
   SetHandle(reinterpret_cast<AssertData *>(handle));
 }
 
-int SSM::AssertObj::Seek(SCC_Map<SYS_String, AssertData> &in, SYS_String const &key, AssertData const *record) {
+int SSM::AssertObj::Seek(SCC_Map<SYS_String, AssertData> &in, SYS_String const &key,
+                         AssertData const *record) {
   map = &in;
   if (in.table != nullptr) {
     std::int32_t const hash = in.HashOf(key, in.tableSize);

@@ -52,7 +52,9 @@ SSM::AssertData *Thrown(Call call) {
   return nullptr;
 }
 
-inline SSM::AssertData *RecordAt(SSM &manager, char const *key) { return manager.asserts.Find(key); }
+inline SSM::AssertData *RecordAt(SSM &manager, char const *key) {
+  return manager.asserts.Find(key);
+}
 
 }  // namespace ssm_test
 
