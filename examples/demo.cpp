@@ -1,6 +1,6 @@
-// A tour of Tovik as an application sees it: strings, a failed check that
-// reaches the application's handler, and a notifier whose listeners leave in
-// the middle of a notification.
+// A tour of Tovik as an application sees it: strings, failed checks and the
+// failure manager that decides how they end, and a notifier whose listeners
+// leave in the middle of a notification.
 #include <tovik.h>
 
 #include <cstdio>
@@ -51,6 +51,78 @@ void ShowChecks() {
   }
 }
 
+// --- The failure manager ---------------------------------------------------
+
+// The application's log: one line per failure, read from the record.
+int LogFailure(int type, int *data) {
+  SSM::AssertObj record;
+  record.SetHandle(SCC_DataToHandle(data), nullptr);
+  std::printf("  log: %s(%d) type %d, failure #%d: %s\n",
+              static_cast<char const *>(record.GetFileName()), record.GetLineNo(), type,
+              record.GetCount(), static_cast<char const *>(record.GetMsg()));
+  return 0;
+}
+
+// The application's policy for its own checks: a notice carries on, anything
+// worse returns failure, so that the check throws from its own place.
+int DecideAction(int type, int *data) {
+  SSM::AssertObj record;
+  record.SetHandle(SCC_DataToHandle(data), nullptr);
+  record.SetAction(type == SSM_FailureNotice ? SSM::ActionContinue : SSM::ActionReturnFailure);
+  return 0;
+}
+
+int TrackWidth(int requested) {
+  SSM_ASSERT(requested >= 100, "Demo: track narrower than the process allows", SSM_FailureNotice,
+             0);
+  return requested < 100 ? 100 : requested;
+}
+
+void PlaceOnLayer(int layer) {
+  SSM_ASSERT(layer >= 1 && layer <= 32, "Demo: no such copper layer", SSM_FailureError, 12);
+  std::printf("  placed on layer %d\n", layer);
+}
+
+void ShowFailureManager() {
+  Section("Failure manager");
+  SSM manager;  // from now on every failed check reaches it
+  SCC_EventHook<int> decide(DecideAction), log(LogFailure);
+  decide.AddHook(&manager.actionEvent);
+  log.AddHook(&manager.logEvent);
+
+  SCC_Stack<int> undo;
+  for (int round = 1; round <= 2; ++round) {
+    std::printf("round %d\n", round);
+    std::printf("  track width: %d\n", TrackWidth(40));  // carries on behind the check
+    try {
+      PlaceOnLayer(40);
+    } catch (SSM::AssertData *record) {
+      std::printf("  caught the record of \"%s\", id %d\n", static_cast<char const *>(record->msg),
+                  record->id);
+    }
+    try {
+      undo.Pop();  // a check inside the library: type 2 always throws
+    } catch (SSM::AssertData *record) {
+      std::printf("  caught a library check: \"%s\", seen %d time(s)\n",
+                  static_cast<char const *>(record->msg), record->count);
+    }
+    if (round == 1) {
+      // Enough of the notice: disable its record, so that it asks and logs no more.
+      SSM::AssertObj notice;
+      for (notice.GetFirst(); notice.IsValid(); notice.GetNext()) {
+        if (notice.GetID() == 0 && notice.GetMsg().Find("track") >= 0) notice.Disable(1);
+      }
+    }
+  }
+
+  std::printf("registry:\n");
+  SSM::AssertObj walk;
+  for (walk.GetFirst(&manager); walk.IsValid(); walk.GetNext()) {
+    std::printf("  %s(%d): %d failure(s)%s\n", static_cast<char const *>(walk.GetFileName()),
+                walk.GetLineNo(), walk.GetCount(), walk.IsDisabled() ? ", disabled" : "");
+  }
+}
+
 // --- Notification ----------------------------------------------------------
 
 // A listener that leaves the ring after it has heard a number of notifications.
@@ -92,6 +164,7 @@ void ShowNotification() {
 int main() {
   ShowStrings();
   ShowChecks();
+  ShowFailureManager();
   ShowNotification();
   return 0;
 }

@@ -11,16 +11,13 @@
 
 // Core frame
 #include "sys_string.h"
+#include "ssm_check.h"
 #include "ssm.h"
 #include "sys_exception.h"
 
 // Events
 #include "scc_event.h"
 #include "scc_iterator.h"
-
-// Geometry
-#include "sys_geometry_units.h"
-#include "sys_point.h"
 
 // Containers
 #include "scc_hash.h"
@@ -31,5 +28,9 @@
 #include "scc_refdlist.h"
 #include "scc_safe_list.h"
 #include "scc_map.h"
+
+// Geometry
+#include "sys_geometry_units.h"
+#include "sys_point.h"
 
 #endif  // TOVIK_H
