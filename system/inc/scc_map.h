@@ -59,7 +59,6 @@ TOVIK_API std::int32_t SCC_MapHash(K const &key, std::int32_t size) {
 
 namespace tovik_detail {
 
-
 // SCC_Hash of a signed integer (remainder by size, moved into 0 to size - 1)
 // for a size of 1 or more, by the unsigned remainder of the key's magnitude,
 // which is cheaper than the signed remainder of a wider type.
@@ -101,37 +100,9 @@ struct MapKey<SYS_String> {
   static std::int32_t Hash(SYS_String const &key, std::int32_t size) {
     return SCC_Hash(key, size);
   }
-  // SCC_Compare(a, b) == 0: the texts agree up to and including their first
-  // NUL. Both hold at least min(length) + 1 bytes (the shorter one's NUL
-  // included), so the walk reads no further, eight bytes at a time.
+  // SCC_Compare(a, b) == 0, without its two calls: texts end at their first NUL.
   static bool Equal(SYS_String const &a, SYS_String const &b) {
-    char const *const p = a;
-    char const *const q = b;
-    int const n = a.GetLength();
-    int const m = b.GetLength();
-    std::size_t const k = static_cast<std::size_t>(n < m ? n : m) + 1;
-    std::size_t i = 0;
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    for (; i + 8 <= k; i += 8) {
-      std::uint64_t x;
-      std::uint64_t y;
-      std::memcpy(&x, p + i, 8);
-      std::memcpy(&y, q + i, 8);
-      std::uint64_t const differ = x ^ y;
-      // The lowest marked byte is the first NUL of x; marks above it may be false.
-      std::uint64_t const nul = (x - 0x0101010101010101u) & ~x & 0x8080808080808080u;
-      if ((differ | nul) != 0) {
-        int const firstDiffer = differ != 0 ? __builtin_ctzll(differ) >> 3 : 8;
-        int const firstNul = nul != 0 ? __builtin_ctzll(nul) >> 3 : 8;
-        return firstNul < firstDiffer;
-      }
-    }
-#endif
-    for (; i < k; ++i) {
-      if (p[i] != q[i]) return false;
-      if (p[i] == '\0') return true;
-    }
-    return true;  // not reached: byte k - 1 is a NUL of the shorter text
+    return std::strcmp(a, b) == 0;
   }
 };
 
@@ -339,15 +310,7 @@ class TOVIK_API SCC_MapIterator : public SCC_SListIterator<SCC_MapNode<K, V>> {
   // from 0 up, whose OnIteratorStart is told. On nothing for an empty map.
   void Start(SCC_Map<K, V> &m) {
     map = &m;
-    bucket = 0;
-    this->current = nullptr;
-    if (m.table == nullptr) return;
-    for (; bucket < m.tableSize; ++bucket) {
-      if (m.table[bucket].head != nullptr) {
-        Base::Start(m.table[bucket]);
-        return;
-      }
-    }
+    if (SeekBucket(0)) Base::Start(m.table[bucket]);
   }
   // Stands on the front of the first non-empty bucket from first up; on
   // nothing, with bucket at the table size, if there is none. 1 if on an entry.
