@@ -315,6 +315,7 @@ struct TovikMap {
   void Insert(K const &key, int value) { map.Insert(key, value); }
   int const *Find(K const &key) const { return map.Find(key); }
   std::size_t Size() const { return static_cast<std::size_t>(map.GetCount()); }
+  double Load() const { return static_cast<double>(map.GetCount()) / map.GetTableSize(); }
 };
 
 template <class K>
@@ -327,6 +328,7 @@ struct StdMap {
     return it != map.end() ? &it->second : nullptr;
   }
   std::size_t Size() const { return map.size(); }
+  double Load() const { return map.load_factor(); }
 };
 
 #if TOVIK_HAVE_ABSL
@@ -340,6 +342,7 @@ struct AbslMap {
     return it != map.end() ? &it->second : nullptr;
   }
   std::size_t Size() const { return map.size(); }
+  double Load() const { return static_cast<double>(map.size()) / static_cast<double>(map.capacity()); }
 };
 #endif
 
@@ -351,7 +354,8 @@ std::unique_ptr<Map> Build(std::vector<typename Map::Key> const &keys) {
   return map;
 }
 
-// Builds a map of n keys, one insertion at a time; reports bytes per entry.
+// Builds a map of n keys, one insertion at a time; reports bytes per entry
+// and the entries per bucket (or slot) of the finished map.
 template <class Map>
 void MapInsert(benchmark::State &state) {
   auto const keys = MakeKeys<typename Map::Key>(Keys(state.range(0)).present);
@@ -363,6 +367,7 @@ void MapInsert(benchmark::State &state) {
       state.SkipWithError("wrong map");
     }
     state.counters["bytes/entry"] = static_cast<double>(bytes) / static_cast<double>(keys.size());
+    state.counters["load"] = map->Load();
   }
   for (auto _ : state) {
     auto map = Build<Map>(keys);
