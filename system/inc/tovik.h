@@ -30,4 +30,7 @@
 #include "scc_refdlist.h"
 #include "scc_safe_list.h"
 
+// Observable collections
+#include "sys_filter.h"
+
 #endif  // TOVIK_H
