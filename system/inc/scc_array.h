@@ -30,8 +30,9 @@
 // data points at the first item of the block, or is null with no buffer.
 //
 // Indices are std::int32_t. Bad indices, counts and sizes fail a check
-// ("Tovik: ..."), and with no failure manager the operation does nothing;
-// Sort alone returns quietly on bad bounds.
+// ("Tovik: ..."); with no failure manager the code behind the check runs on
+// and does nothing to the array (each operation says what it gives). Sort
+// alone returns quietly on bad bounds, without a check.
 #ifndef TOVIK_SCC_ARRAY_H
 #define TOVIK_SCC_ARRAY_H
 
@@ -253,8 +254,8 @@ class TOVIK_API _SCC_Array {
   // buffer had room; callers set them. Sends EvRemapped, then EvAdded each.
   void Insert(std::int32_t index, std::int32_t count);
   // Removes count items at index, which must lie inside the array; nothing
-  // with no buffer. Sends EvDeleted each and EvRemapped first, the items
-  // still in place.
+  // with no buffer. Sends EvDeleted for each item, then EvRemapped, while the
+  // items are still in place.
   void Delete(std::int32_t index, std::int32_t count);
   void RemoveAt(std::int32_t index, std::int32_t count = 1) { Delete(index, count); }
   // With a buffer: EvCleared, then the buffer goes. The notifier stays.
@@ -319,8 +320,9 @@ class TOVIK_API _SCC_Array {
  private:
   class Sorter;  // the sort and search steps, over virtual or inline item steps
   static void DestroyBuffer(_Buffer *buffer);
-  // Grows a private buffer of plain items where it lies, if it can.
-  bool GrowInPlace(std::int64_t capacity);
+  // Grows the private buffer of plain items to capacity where it lies
+  // (realloc), moving it only when it must.
+  void GrowInPlace(std::int64_t capacity);
 };
 
 // The buffer of an array of T: the items follow the header.
@@ -360,9 +362,9 @@ class TOVIK_API _SCC_Buffer : public _SCC_Array::_Buffer {
 };
 
 template <class T>
-class SCC_SortableArray;
+class TOVIK_API SCC_SortableArray;
 template <class T>
-class SCC_Stack;
+class TOVIK_API SCC_Stack;
 
 // A dynamic array of T that shares its buffer with its copies until one of
 // them writes.
@@ -458,7 +460,7 @@ class TOVIK_API SCC_Array : public _SCC_Array {
         self != typeid(SCC_Stack<T>)) {
       return 0;
     }
-    int steps = std::is_trivially_copyable<T>::value && std::is_trivial<T>::value ? kPlainItems : 0;
+    int steps = std::is_trivial<T>::value ? kPlainItems : 0;
     if constexpr (tovik_detail::InlineKeyOf<T>::value != tovik_detail::kNoInlineKey) {
       SCC_ComparatorBase const *const order = comparator;
       if (order != nullptr && typeid(*order) == typeid(SCC_Comparator<T>) &&
@@ -548,18 +550,5 @@ class TOVIK_API SCC_Stack : public SCC_Array<T> {
  protected:
   std::int32_t count;
 };
-
-// The instances the library itself is built with.
-extern template class SCC_Comparator<int>;
-extern template class SCC_Comparator<SCC_Handle>;
-extern template class _SCC_Buffer<int>;
-extern template class _SCC_Buffer<SCC_Handle>;
-extern template class _SCC_Buffer<void *>;
-extern template class SCC_Array<int>;
-extern template class SCC_SortableArray<int>;
-extern template class SCC_Stack<int>;
-extern template class SCC_Array<SCC_Handle>;
-extern template class SCC_SortableArray<SCC_Handle>;
-extern template class SCC_Array<void *>;
 
 #endif  // TOVIK_SCC_ARRAY_H

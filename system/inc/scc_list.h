@@ -14,7 +14,9 @@
 //   SCC_DList<T>:  head -> a <-> b <-> c <- tail   (a.prev and c.next null)
 //
 // A node in no list has null links. The lists and nodes are not copyable: a
-// node belongs to one list, and a list cannot share its nodes.
+// node belongs to one list, and a list cannot share its nodes. Plain lists
+// trust their caller and have no checks: linking a node that is still in a
+// list, or unlinking a node of another doubly linked list, breaks both lists.
 #ifndef TOVIK_SCC_LIST_H
 #define TOVIK_SCC_LIST_H
 
@@ -48,7 +50,7 @@ class TOVIK_API SCC_DListNode : public SCC_SListNode<T> {
 };
 
 template <class T>
-class SCC_SListIterator;
+class TOVIK_API SCC_SListIterator;
 
 // A singly linked list of T. It does not own its nodes: destroying the list
 // unlinks them and they live on. Removing a node other than the head walks

@@ -34,7 +34,7 @@
 #include "tovik_export.h"
 
 template <class T>
-class SCC_SafeDList;
+class TOVIK_API SCC_SafeDList;
 
 // The node part of a safe list node, the same for every element type: ring
 // links, the reference list of iterators standing on the node, and the steps

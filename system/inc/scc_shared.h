@@ -22,7 +22,7 @@
 #include "tovik_export.h"
 
 template <class T>
-class SCC_Array;
+class TOVIK_API SCC_Array;
 
 class TOVIK_API SCC_SharedBuffer {
  public:

@@ -18,10 +18,6 @@
 #include "scc_event.h"
 #include "scc_iterator.h"
 
-// Geometry
-#include "sys_geometry_units.h"
-#include "sys_point.h"
-
 // Containers
 #include "scc_hash.h"
 #include "scc_shared.h"
@@ -32,5 +28,10 @@
 
 // Observable collections
 #include "sys_filter.h"
+#include "scc_collection.h"
+
+// Geometry
+#include "sys_geometry_units.h"
+#include "sys_point.h"
 
 #endif  // TOVIK_H

@@ -69,7 +69,7 @@ void _SCC_Array::DestroyBuffer(_Buffer *buffer) {
   std::free(buffer);
 }
 
-bool _SCC_Array::GrowInPlace(std::int64_t capacity) {
+void _SCC_Array::GrowInPlace(std::int64_t capacity) {
   std::size_t const bytes = sizeof(_Buffer) + static_cast<std::size_t>(capacity) *
                                                   static_cast<std::size_t>(GetElementSize());
   // The header is a vptr and three integers: it moves with the bytes.
@@ -78,7 +78,6 @@ bool _SCC_Array::GrowInPlace(std::int64_t capacity) {
   auto *const buffer = static_cast<_Buffer *>(block);
   buffer->capacity = static_cast<std::int32_t>(capacity);
   data = buffer->GetItems();
-  return true;
 }
 
 // ---------------------------------------------------------------------------
@@ -322,8 +321,10 @@ void _SCC_Array::Delete(std::int32_t index, std::int32_t count) {
   SSM_CHECK(valid, "Tovik: Delete outside the array");
   if (!valid) return;
   if (notifier != nullptr) {
-    for (std::int32_t k = 0; k < count; ++k)
+    // Each item in turn stands at index as the ones before it go.
+    for (std::int32_t k = 0; k < count; ++k) {
       NotifyListeners(EvDeleted, SCC_HandleToData(index + 1));
+    }
     UpdateRecord record = {OpDelete, index, count};
     NotifyListeners(EvRemapped, &record);
   }

@@ -1,108 +1,73 @@
-// Helpers of the array tests: a recording listener, a tiny engine client and
-// a tagged item whose order leaves room for equal keys.
+// Helpers of the array tests: a recording listener and a tiny engine client.
 #ifndef TOVIK_TESTS_SCC_ARRAY_SUPPORT_H
 #define TOVIK_TESTS_SCC_ARRAY_SUPPORT_H
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
-#include <ostream>
 #include <utility>
 #include <vector>
 
 #include "scc_array.h"
+#include "test_support.h"
+
+namespace tovik_test {
+inline int SCC_Compare(Counted const &a, Counted const &b) {
+  return ::SCC_Compare(a.value, b.value);
+}
+}  // namespace tovik_test
 
 namespace array_test {
 
-// One notification as a listener saw it; code 7 is decoded from its record.
-struct Heard {
-  int code;
-  SCC_Handle data;                       // codes other than 7
-  std::int32_t operation, index, count;  // code 7
-
-  bool operator==(Heard const &o) const {
-    return code == o.code && data == o.data && operation == o.operation && index == o.index &&
-           count == o.count;
-  }
-};
-inline Heard Code(int code, SCC_Handle data = 0) { return {code, data, 0, 0, 0}; }
-inline Heard Block(std::int32_t operation, std::int32_t index, std::int32_t count) {
-  return {EvRemapped, 0, operation, index, count};
-}
-inline std::ostream &operator<<(std::ostream &out, Heard const &h) {
-  if (h.code == EvRemapped)
-    return out << "{7: " << h.operation << "," << h.index << "," << h.count << "}";
-  return out << "{" << h.code << ": " << h.data << "}";
-}
+// Each notification as {code, data}; code 7 as {7, operation, index, count}.
+using Heard = std::vector<SCC_Handle>;
 
 class Recorder : public SCC_EventNode<int> {
  public:
   std::vector<Heard> heard;
-  // Called with each notification after it is recorded, to look at the array.
-  void (*also)(Recorder &, int code) = nullptr;
+  void (*also)(Recorder &, int code) = nullptr;  // runs after recording
   void *context = nullptr;
 
   int OnNotification(int code, int *data) override {
-    Heard h = Code(code);
     if (code == EvRemapped) {
-      auto const *record = reinterpret_cast<_SCC_Array::UpdateRecord const *>(data);
-      h.operation = record->operation;
-      h.index = record->index;
-      h.count = record->count;
+      auto const *r = reinterpret_cast<_SCC_Array::UpdateRecord const *>(data);
+      heard.push_back({code, r->operation, r->index, r->count});
     } else {
-      h.data = SCC_DataToHandle(data);
+      heard.push_back({code, SCC_DataToHandle(data)});
     }
-    heard.push_back(h);
     if (also != nullptr) also(*this, code);
     return 0;
   }
 };
 
-// The engine with hand-written item steps for 16-bit items, counting the
-// virtual steps it is driven through.
+using Pairs = std::vector<std::pair<std::int32_t, std::int32_t>>;
+
+// The engine with hand-written steps for 16-bit items, recording the virtual
+// steps it is driven through.
 class TestArray : public _SCC_Array {
  public:
   TestArray() = default;
-  TestArray(TestArray const &other) : _SCC_Array(other) {}
-  TestArray &operator=(TestArray const &other) {
-    _SCC_Array::operator=(other);
-    return *this;
-  }
   ~TestArray() override { Clear(); }
 
-  using _SCC_Array::CreateBuffer;
-  using _SCC_Array::FindItemPosition;
-  using _SCC_Array::SeparateBuffers;
-
-  std::uint16_t Get(std::int32_t i) const { return static_cast<std::uint16_t const *>(data)[i]; }
-  void Put(std::int32_t i, std::uint16_t value) {
-    CheckArray(i);
-    static_cast<std::uint16_t *>(data)[i] = value;
+  std::vector<std::uint16_t> Items() const {
+    auto const *items = static_cast<std::uint16_t const *>(data);
+    return std::vector<std::uint16_t>(items, items + GetSize());
   }
   void Fill(std::vector<std::uint16_t> const &values) {
     SetSize(static_cast<std::int32_t>(values.size()));
-    for (std::size_t i = 0; i < values.size(); ++i) Put(static_cast<std::int32_t>(i), values[i]);
-  }
-  std::vector<std::uint16_t> Items() const {
-    std::vector<std::uint16_t> out;
-    for (std::int32_t i = 0; i < GetSize(); ++i) out.push_back(Get(i));
-    return out;
+    std::copy(values.begin(), values.end(), static_cast<std::uint16_t *>(data));
   }
   SCC_Notifier *NotifierIfAny() const { return notifier; }
 
-  std::vector<std::pair<std::int32_t, std::int32_t>> shortSorts;
-  std::vector<std::pair<std::int32_t, std::int32_t>> swaps;
-  int copies = 0;
+  Pairs shortSorts, swaps;
   std::int32_t growStep = 0;  // 0: the engine's own
 
  protected:
   _Buffer *AllocData(std::int32_t capacity) override {
-    if (capacity < 1) return nullptr;
-    return new (AllocateBlock(capacity, sizeof(std::uint16_t))) _Buffer(capacity);
+    return capacity < 1 ? nullptr : new (AllocateBlock(capacity, 2)) _Buffer(capacity);
   }
-  std::int32_t GetElementSize() const override { return sizeof(std::uint16_t); }
+  std::int32_t GetElementSize() const override { return 2; }
   void CopyData(_Buffer *target, std::int32_t to, std::int32_t from, std::int32_t count) override {
-    ++copies;
-    if (target == nullptr || data == nullptr || count == 0) return;
+    if (target == nullptr || data == nullptr) return;
     auto *out = static_cast<std::uint16_t *>(target->GetItems());
     auto const *in = static_cast<std::uint16_t const *>(data);
     for (std::int32_t k = 0; k != count; k += count > 0 ? 1 : -1) out[to + k] = in[from + k];
@@ -119,15 +84,6 @@ class TestArray : public _SCC_Array {
     return growStep != 0 ? growStep : _SCC_Array::GetGrowByAmount();
   }
 };
-
-// An item ordered by key alone, so that a tag tells equal items apart.
-struct Tagged {
-  int key = 0;
-  int tag = 0;
-};
-inline int ByKey(Tagged const &a, Tagged const &b) {
-  return a.key < b.key ? -1 : (a.key > b.key ? 1 : 0);
-}
 
 }  // namespace array_test
 

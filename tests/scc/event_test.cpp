@@ -1,5 +1,3 @@
-#include "scc_event.h"
-
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -7,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "scc_event.h"
 
 namespace {
 
@@ -60,9 +60,12 @@ std::string RingOf(SCC_Notifier const &notifier) {
   while (node != &notifier) {
     EXPECT_EQ(node->prev, before) << "broken back link";
     EXPECT_EQ(node->GetOwner(), &notifier) << "wrong owner";
-    if (auto const *listener = dynamic_cast<Listener const *>(node)) names.push_back(listener->name);
-    else if (auto const *hook = dynamic_cast<LoggingHook const *>(node)) names.push_back(hook->name);
-    else names.push_back('?');
+    if (auto const *listener = dynamic_cast<Listener const *>(node))
+      names.push_back(listener->name);
+    else if (auto const *hook = dynamic_cast<LoggingHook const *>(node))
+      names.push_back(hook->name);
+    else
+      names.push_back('?');
     before = node;
     node = node->next;
   }

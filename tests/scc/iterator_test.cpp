@@ -1,9 +1,9 @@
-#include "scc_iterator.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
+
+#include "scc_iterator.h"
 
 namespace {
 
@@ -110,8 +110,9 @@ TEST(Iterator, ClearedAndOtherCodes) {
     EXPECT_EQ(cursor.IsEmpty(), 1);
   }
   ListCursor cursor(&handles, 0);
-  int const others[] = {0,        EvAdded,           EvChanged, EvFocused, EvReload, EvRemapped,
-                        EvPropertyChanged, EvSuspend, EvResume, 11, -1};
+  int const others[] = {0,          EvAdded,           EvChanged, EvFocused, EvReload,
+                        EvRemapped, EvPropertyChanged, EvSuspend, EvResume,  11,
+                        -1};
   for (int code : others) {
     EXPECT_EQ(cursor.OnNotification(code, Data(5)), 0);
   }
