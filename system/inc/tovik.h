@@ -22,9 +22,11 @@
 #include "scc_hash.h"
 #include "scc_shared.h"
 #include "scc_array.h"
+#include "scc_array_iterator.h"
 #include "scc_list.h"
 #include "scc_refdlist.h"
 #include "scc_safe_list.h"
+#include "scc_map.h"
 
 // Observable collections
 #include "sys_filter.h"

@@ -342,7 +342,8 @@ TEST(Map, ClearKeepsTheTableSize) {
   EXPECT_EQ(map.count, 0);
   EXPECT_EQ(Counted::live, live - 1000);
   EXPECT_EQ(map.Find(5), nullptr);
-  EXPECT_FALSE(SCC_MapIterator<int, Counted>(map).IsValid());
+  SCC_MapIterator<int, Counted> none(map);
+  EXPECT_FALSE(none.IsValid());
   map.Insert(5, Counted(6));
   EXPECT_EQ(map.Find(5)->value, 6);
   EXPECT_EQ(map.count, 1);
@@ -532,7 +533,8 @@ TEST(Map, ThrowingCopiesLoseNothing) {
   EXPECT_EQ(map.Find(10), nullptr);
 
   Fragile::countdown = 4;
-  EXPECT_THROW({ SCC_Map<int, Fragile> copy(map); }, std::runtime_error);
+  typedef SCC_Map<int, Fragile> FragileMap;
+  EXPECT_THROW(FragileMap{map}, std::runtime_error);
 
   SCC_Map<int, Fragile> target;
   target.Insert(99, Fragile(99));
@@ -543,3 +545,5 @@ TEST(Map, ThrowingCopiesLoseNothing) {
   EXPECT_EQ(target.count, 3);
   Fragile::countdown = 0;
 }
+
+}  // namespace
