@@ -86,7 +86,7 @@ TEST_F(FilterTest, ExpressionsNestThroughTheLeftOperand) {
   Answer b('b', 0);
   Answer a('a', 1);
   // (a & b) | c: a holds the first composite, which holds the second.
-  SYS_Filter &expression = a & b | c;
+  SYS_Filter &expression = (a & b) | c;
   SYS_Filter *const first = a.composite;
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(first->function, &SYS_Filter::And_F);
@@ -179,7 +179,7 @@ TEST_F(FilterTest, DetachFromOperandsBreaksTheMutualHolds) {
   SCC_SharedPointer<SYS_Filter> ownA(a);
   SCC_SharedPointer<SYS_Filter> ownB(b);
   SCC_SharedPointer<SYS_Filter> ownC(c);
-  SCC_SharedPointer<SYS_Filter> expression(&(*a & *b | *c));
+  SCC_SharedPointer<SYS_Filter> expression(&((*a & *b) | *c));
   SYS_Filter *const inner = a->composite;
   ownA = ownB = ownC = nullptr;
   EXPECT_EQ(Answer::destroyed, 0);
