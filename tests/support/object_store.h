@@ -33,7 +33,7 @@ struct StoreObject {
   int key = 0;                             // what the store sorts by
   int visible = 1;                         // what the store filters by
   StoreObject *owner = nullptr;            // for a child object: whom it belongs to
-  std::unique_ptr<SCC_Notifier> notifier;  // its own notifier, for some objects
+  std::shared_ptr<SCC_Notifier> notifier;  // its notifier, for some objects; may be shared
 
   SCC_Handle Handle() const { return reinterpret_cast<SCC_Handle>(this); }
   static StoreObject *From(SCC_Handle handle) { return reinterpret_cast<StoreObject *>(handle); }
@@ -54,7 +54,7 @@ class ObjectStore {
     object.id = id;
     object.key = key;
     object.owner = owner;
-    if (ownNotifier) object.notifier = std::make_unique<SCC_Notifier>(0);
+    if (ownNotifier) object.notifier = std::make_shared<SCC_Notifier>(0);
     Append(object);
     return object;
   }
