@@ -251,8 +251,10 @@ TEST_F(CollectionCore, CopiesShareTheListAndTakeOverListeners) {
   EXPECT_EQ(copyTarget.Ids(), original.Ids());
   EXPECT_EQ(copyTarget.recorder.GetOwner(), nullptr);  // sent away by the assignment
   EXPECT_EQ(original.recorder.GetOwner(), copyTarget.GetChangeEvent());
-  target = target;
+  SCC_StdCollection &same = target;
+  target = same;  // assigning to itself changes nothing
   EXPECT_EQ(copyTarget.GetSize(), 6);
+  EXPECT_EQ(original.recorder.GetOwner(), copyTarget.GetChangeEvent());
 }
 
 TEST_F(CollectionCore, DestructionLeavesEverythingItListenedTo) {
