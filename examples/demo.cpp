@@ -1,9 +1,12 @@
 // A tour of Tovik as an application sees it: strings, a failed check that
-// reaches the application's handler, and a notifier whose listeners leave in
-// the middle of a notification.
+// reaches the application's handler, a notifier whose listeners leave in
+// the middle of a notification, and collections that follow their source and
+// each other.
 #include <tovik.h>
 
 #include <cstdio>
+
+#include "object_store.h"  // a small object store, shared with the tests
 
 namespace {
 
@@ -87,11 +90,68 @@ void ShowNotification() {
   std::printf("listeners left: %d\n", board.HasListeners());
 }
 
+// --- Observable collections ----------------------------------------------
+
+// Parts in a store, a view of them sorted by value, and a view of the pins of
+// the selected parts that follows the selection.
+class PrintChanges : public SCC_EventNode<int> {
+ public:
+  explicit PrintChanges(char const *n) : name(n) {}
+  int OnNotification(int code, int *data) override {
+    SCC_Handle const handle = SCC_DataToHandle(data);
+    bool const names = code >= EvAdded && code <= EvFocused;
+    std::printf("  %s hears code %d about %d\n", name, code,
+                names ? tovik_test::StoreCollection::IdOf(handle) : 0);
+    return 0;
+  }
+
+ private:
+  char const *name;
+};
+
+void PrintList(char const *title, tovik_test::StoreCollection &view) {
+  std::printf("%s:", title);
+  for (int id : view.Ids()) std::printf(" %d", id);
+  std::printf("\n");
+}
+
+SCC_Handle H(tovik_test::ObjectStore &store, int id) { return store.Find(id)->Handle(); }
+
+void ShowCollections() {
+  Section("Observable collections");
+  tovik_test::ObjectStore parts;
+  tovik_test::ObjectStore pins;
+  int const values[] = {470, 100, 220, 100, 330};
+  for (int id = 1; id <= 5; ++id) {
+    tovik_test::StoreObject &part = parts.Add(id, values[id - 1]);
+    for (int pin = 1; pin <= 2; ++pin) pins.Add(10 * id + pin, pin, false, &part);
+  }
+  tovik_test::StoreCollection byValue(parts);
+  PrintChanges partsHeard("parts view");
+  byValue.SetNotificationHandler(&partsHeard);
+  byValue.SetSort(&tovik_test::ObjectStore::CompareKey, 0);
+  byValue.AllowReload(1);
+  PrintList("parts by value (equal values keep the store's order)", byValue);
+
+  tovik_test::ChildCollection selectedPins(pins, byValue);
+  selectedPins.SetSort(&tovik_test::ObjectStore::CompareKey, 0);
+  selectedPins.AllowReload(1);
+  byValue.SetFocus(H(parts, 3), 1);
+  byValue.SetFocus(H(parts, 5), 1);
+  PrintList("pins of the selected parts 3 and 5", selectedPins);
+
+  std::printf("part 3 changes its value to 500:\n");
+  parts.SetKey(*parts.Find(3), 500);
+  PrintList("parts by value", byValue);
+  std::printf("part 3 still selected: %d\n", byValue.IsInFocus(H(parts, 3), nullptr) ? 1 : 0);
+}
+
 }  // namespace
 
 int main() {
   ShowStrings();
   ShowChecks();
   ShowNotification();
+  ShowCollections();
   return 0;
 }

@@ -473,9 +473,11 @@ void SCC_StdCollection::SetFocus(SCC_Handle handle, int mode) {
       focusHandles.Delete(first, 1);
       changed = true;
     }
-  } else if (!wasFocused) {
-    focusHandles.InsertAt(last, handle);
-    changed = true;
+  } else {
+    if (!wasFocused) {
+      focusHandles.InsertAt(last, handle);
+      changed = true;
+    }
     if (mode == 2) return;
   }
 

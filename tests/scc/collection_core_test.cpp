@@ -128,6 +128,9 @@ TEST_F(CollectionCore, SetFocusModes) {
   EXPECT_EQ(view.GetPosition(), 3);
   EXPECT_EQ(view.SliderId(), 3);
   EXPECT_TRUE(view.IsInFocus(h3, nullptr));
+  view.SetFocus(h3, 2);  // already focused: still no slider work
+  EXPECT_EQ(view.GetPosition(), 3);
+  EXPECT_TRUE(heard.heard.empty());
 
   // Removing is told with data 0; removing what is not focused changes
   // nothing and tells nothing.
