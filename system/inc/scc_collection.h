@@ -270,12 +270,4 @@ class TOVIK_API SCC_StdCollection : public SCC_EventNode<int> {
   std::uint32_t reloadCount;
 };
 
-// The instances the collection is built with.
-extern template class SCC_ArrayIterator<SCC_Handle>;
-extern template class _SCC_Buffer<SCC_StdCollection::SuspendedEvent>;
-extern template class SCC_Array<SCC_StdCollection::SuspendedEvent>;
-extern template class SCC_Map<SCC_Handle, SCC_StdCollection::EventHook>;
-extern template class SCC_Map<SCC_Handle, SCC_StdCollection::Position>;
-extern template class SCC_Map<SCC_Handle, int>;
-
 #endif  // TOVIK_SCC_COLLECTION_H

@@ -526,7 +526,8 @@ int SCC_StdCollection::EnableNotifications(int on) {
 }
 
 // ---------------------------------------------------------------------------
-// The instances the collection is built with.
+// The instances the collection is built with. The header declares none, as
+// for arrays: the inline members stay local to each user.
 
 template class SCC_ArrayIterator<SCC_Handle>;
 template class _SCC_Buffer<SCC_StdCollection::SuspendedEvent>;

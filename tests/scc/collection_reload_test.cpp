@@ -20,104 +20,66 @@ class Visible : public SYS_Filter {
   int IsTrue(SCC_Handle handle) override { return StoreObject::From(handle)->visible; }
 };
 
-TEST_F(Reloading, EmptySourceLoadsQuietly) {
-  ObjectStore empty;
-  StoreCollection view(empty);
-  IdRecorder heard;
-  view.SetNotificationHandler(&heard);
-  view.AllowReload(1);
-  EXPECT_EQ(view.GetSize(), 0);
-  EXPECT_TRUE(heard.heard.empty());
-}
-
-TEST_F(Reloading, EqualKeysKeepTheSourceOrderBothWays) {
+TEST_F(Reloading, OrderRepeatsAndEmptySources) {
   SCC_Comparator<SCC_Handle> byKey(&ObjectStore::CompareKey);  // outlives its user
+  store.Repeat(O(4));  // a source that offers a handle twice
   Sorted up(store);
-  EXPECT_EQ(up.Ids(), (Ids{2, 5, 4, 1, 3, 6}));
+  EXPECT_EQ(up.Ids(), (Ids{2, 5, 4, 1, 3, 6}));  // equal keys in the source's order
   Sorted down(store, 1);
-  EXPECT_EQ(down.Ids(), (Ids{1, 3, 6, 4, 2, 5}));
-  EXPECT_EQ(down.GetAt(0), H(store, 1));
-  // By handle value when no function is given.
+  EXPECT_EQ(down.Ids(), (Ids{1, 3, 6, 4, 2, 5}));  // both ways
   StoreCollection plain(store);
-  plain.AllowReload(1);
+  plain.AllowReload(1);  // by handle value when no function is given
   for (std::int32_t i = 1; i < plain.GetSize(); ++i) EXPECT_LT(plain.GetAt(i - 1), plain.GetAt(i));
-  plain.SetSort(static_cast<int (*)(SCC_Handle const &, SCC_Handle const &)>(nullptr), 1);
-  for (std::int32_t i = 1; i < plain.GetSize(); ++i) EXPECT_GT(plain.GetAt(i - 1), plain.GetAt(i));
-  // A comparator of the caller's, kept by it.
   plain.SetSort(&byKey, 0);
   EXPECT_EQ(plain.Ids(), (Ids{2, 5, 4, 1, 3, 6}));
-  EXPECT_EQ(byKey.reversed, 0);
+  plain.SetSort(static_cast<SCC_Comparator<SCC_Handle> *>(nullptr), 0);  // refused
+  EXPECT_EQ(plain.GetSize(), 6);
+
+  ObjectStore empty;
+  Sorted none(empty);  // loads quietly
+  EXPECT_TRUE(none.recorder.heard.empty());
 }
 
-TEST_F(Reloading, RepeatedHandleIsListedOnce) {
-  store.Repeat(O(4));
-  store.Repeat(O(1));
-  Sorted view(store);
-  EXPECT_EQ(view.Ids(), (Ids{2, 5, 4, 1, 3, 6}));
-}
-
-TEST_F(Reloading, ReloadTellsOnlyWhatChangedUnlessForced) {
-  Sorted view(store);
-  view.SetFocus(H(store, 3), 1);
-  view.recorder.Reset();
-  view.Reload(0);
-  EXPECT_TRUE(view.recorder.heard.empty());
-  view.Reload(1);
-  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}}));
-  EXPECT_EQ(view.FocusIds(), (Ids{3}));
-
-  // A reload notes whether the focus had anything, as the temp item answer:
-  // with reloading forbidden, a walk that finds something tells only if
-  // that answer changes.
-  view.AllowReload(0);
-  view.recorder.Reset();
-  view.Reload(0);
-  EXPECT_TRUE(view.recorder.heard.empty());
-  view.AllowReload(1);
-  view.SetFocus(0, 1);
-  view.Reload(1);
-  view.AllowReload(0);
-  view.recorder.Reset();
-  view.Reload(0);
-  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvChanged, 0}}));
-}
-
-TEST_F(Reloading, FocusSurvivesForWhatStaysListed) {
+TEST_F(Reloading, WhatAReloadTellsAndKeeps) {
   Sorted view(store);
   Visible visible;
   view.SetFocus(H(store, 1), 1);
   view.SetFocus(H(store, 4), 1);
   view.recorder.Reset();
+  view.Reload(0);  // unchanged: nothing told
+  EXPECT_TRUE(view.recorder.heard.empty());
+  view.Reload(1);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}}));
+  // A filter drops a focused handle without a word of its own; back in the
+  // list it is not focused again.
   O(4).visible = 0;
   view.SetFilter(&visible);
   EXPECT_EQ(view.Ids(), (Ids{2, 5, 1, 3, 6}));
   EXPECT_EQ(view.FocusIds(), (Ids{1}));
-  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}}));  // no word of the dropped focus
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}, {EvReload, 0}}));
   view.SetFilter(nullptr);
-  EXPECT_EQ(view.GetSize(), 6);
   EXPECT_FALSE(view.IsInFocus(H(store, 4), nullptr));
-  // The position is off after a reload; the slider is where the walk left it.
   EXPECT_EQ(view.GetPosition(), -1);
-}
 
-TEST_F(Reloading, NothingLoadsWhileReloadingIsForbidden) {
-  Sorted view(store);
-  Visible visible;
+  // With reloading forbidden nothing loads; SetSort empties the list. A
+  // reload notes whether the focus had anything, as the temp item answer,
+  // and a forbidden reload tells only when that answer changes.
   view.AllowReload(0);
-  O(2).visible = 0;
+  view.recorder.Reset();
   view.SetFilter(&visible);
-  EXPECT_EQ(view.GetSize(), 6);  // kept as it was
+  EXPECT_EQ(view.GetSize(), 6);
+  EXPECT_TRUE(view.recorder.heard.empty());  // the focus had 1: same answer
   view.SetSort(&ObjectStore::CompareKey, 1);
-  EXPECT_EQ(view.GetSize(), 0);  // emptied, not loaded
+  EXPECT_EQ(view.GetSize(), 0);
   view.AllowReload(1);
-  EXPECT_EQ(view.Ids(), (Ids{1, 3, 6, 4, 5}));
+  EXPECT_EQ(view.Ids(), (Ids{1, 3, 6, 2, 5}));
+  view.SetFocus(0, 1);
+  view.Reload(1);  // with no focus: answer 0
+  view.AllowReload(0);
+  view.recorder.Reset();
+  view.Reload(0);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvChanged, 0}}));
   view.SetFilter(nullptr);
-}
-
-TEST_F(Reloading, SetSortWithoutComparatorIsRefused) {
-  Sorted view(store);
-  view.SetSort(static_cast<SCC_Comparator<SCC_Handle> *>(nullptr), 0);  // no manager: nothing
-  EXPECT_EQ(view.Ids(), (Ids{2, 5, 4, 1, 3, 6}));
 }
 
 TEST_F(Reloading, HooksAreCountedPerNotifier) {
@@ -215,28 +177,19 @@ TEST_F(ParentAndChild, ChildFollowsTheParentsFocus) {
   EXPECT_NE(child.IsSuspended(), 0);
   parts.Tell(EvResume);
   EXPECT_EQ(child.IsSuspended(), 0);
+  // A deletion under the parent's slider, as a parent whose focus still
+  // holds the object would send it: the child walks that object's pins.
+  parent.SetFocus(H(parts, 3), 1);
+  parent.SetSlider(H(parts, 3));
+  heard.Reset();
+  child.OnParentNotification(EvDeleted, nullptr);
+  EXPECT_EQ(heard.heard, (CodeIds{{EvDeleted, 31}, {EvDeleted, 32}, {EvDeleted, 33}}));
+  EXPECT_EQ(child.Ids(), (Ids{12, 13, 11}));
   heard.Reset();
   parts.Tell(EvCleared);
   EXPECT_EQ(child.GetSize(), 0);
   EXPECT_EQ(heard.heard, (CodeIds{{EvCleared, 0}}));
   EXPECT_EQ(heard.lists[0].size(), 3u);  // told before it empties
-}
-
-TEST_F(ParentAndChild, DeletionUnderTheParentsSliderWalksTheObjectsOfIt) {
-  Sorted parent(parts);
-  ChildCollection child(pins, parent);
-  IdRecorder heard;
-  child.SetNotificationHandler(&heard);
-  child.SetSort(&ObjectStore::CompareKey, 0);
-  child.AllowReload(1);
-  parent.SetFocus(H(parts, 2), 1);
-  parent.SetFocus(H(parts, 3), 1);
-  heard.Reset();
-  parent.SetSlider(H(parts, 3));
-  // What a parent whose focus still holds the object would send.
-  child.OnParentNotification(EvDeleted, nullptr);
-  EXPECT_EQ(child.Ids(), (Ids{23, 22, 21}));
-  EXPECT_EQ(heard.heard, (CodeIds{{EvDeleted, 31}, {EvDeleted, 32}, {EvDeleted, 33}}));
 }
 
 // A collection that records its calls of Filter and GetEvent. With listen
