@@ -123,6 +123,60 @@ void ShowFailureManager() {
   }
 }
 
+// --- Containers --------------------------------------------------------------
+
+// Prints what an array tells its listeners: the code and the item's handle.
+class ArrayLog : public SCC_EventNode<int> {
+ public:
+  int OnNotification(int code, int *data) override {
+    if (code != EvRemapped) {
+      std::printf("    array says: code %d, handle %ld\n", code,
+                  static_cast<long>(SCC_DataToHandle(data)));
+    }
+    return 0;
+  }
+};
+
+void ShowContainers() {
+  Section("Containers");
+  SCC_Array<int> widths;  // track widths in world units, one per net
+  for (int i = 0; i < 6; ++i) widths.Append((i + 1) * 38100);
+
+  ArrayLog log;
+  widths.AddListener(log);
+  SCC_ArrayIterator<int> cursor(widths, 3);  // stands on the fourth net
+  auto at = [&cursor] { return static_cast<std::int32_t>(cursor.GetHandle() - 1); };
+  std::printf("cursor on index %d, width %d\n", at(), widths[at()]);
+
+  std::printf("  insert 2 nets before it:\n");
+  widths.Insert(0, 2);
+  std::printf("cursor now on index %d, width %d\n", at(), widths[at()]);
+  std::printf("  delete 2 nets behind it and 3 before it:\n");
+  widths.Delete(at() + 1, 2);
+  widths.Delete(1, 3);
+  std::printf("cursor still on index %d, width %d; %d nets left\n", at(),
+              widths[at()], widths.GetSize());
+
+  SCC_Array<int> snapshot = widths;  // shares the buffer until one side writes
+  log.Leave();
+  widths[0] = 1;
+  std::printf("after a write: original[0] = %d, snapshot[0] = %d\n", widths[0], snapshot[0]);
+
+  // Named parts: a map whose values stay where they are while it grows.
+  SCC_Map<SYS_String, SYS_String> parts;
+  parts.Insert("R1", "10k 0603");
+  SYS_String *r1 = parts.Find("R1");
+  for (int i = 2; i <= 400; ++i) {
+    SYS_String name;
+    name << "R" << i;
+    parts.Insert(name, "4k7 0402");
+  }
+  parts.Insert("C1", "100n 0402");
+  std::printf("%d parts in %d buckets; R1 kept its address: %s; C1 is %s\n", parts.GetCount(),
+              parts.tableSize, parts.Find("R1") == r1 ? "yes" : "no",
+              static_cast<char const *>(*parts.Find("C1")));
+}
+
 // --- Notification ----------------------------------------------------------
 
 // A listener that leaves the ring after it has heard a number of notifications.
@@ -166,5 +220,6 @@ int main() {
   ShowChecks();
   ShowFailureManager();
   ShowNotification();
+  ShowContainers();
   return 0;
 }
