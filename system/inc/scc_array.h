@@ -48,7 +48,7 @@
 #include "scc_event.h"
 #include "scc_hash.h"
 #include "scc_shared.h"
-#include "ssm.h"
+#include "ssm_check.h"
 #include "tovik_export.h"
 
 // The order of an array's items, shared by reference count between arrays

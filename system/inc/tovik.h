@@ -11,6 +11,7 @@
 
 // Core frame
 #include "sys_string.h"
+#include "ssm_check.h"
 #include "ssm.h"
 #include "sys_exception.h"
 

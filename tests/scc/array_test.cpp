@@ -10,6 +10,7 @@
 
 #include "array_support.h"
 #include "scc_array.h"
+#include "ssm.h"
 #include "test_support.h"
 
 using array_test::Heard;
