@@ -152,6 +152,38 @@ void Change_Tovik(benchmark::State &state, Move (*pick)(std::int64_t)) {
   state.SetItemsProcessed(state.iterations() * 2);
 }
 
+// Two objects moved in turn, so that the collection's memory of the last
+// handle found never helps: each lookup starts afresh.
+void ChangeMovingCold_Tovik(benchmark::State &state) {
+  std::int64_t const n = state.range(0);
+  Sorted s(n, false);
+  StoreObject &a = At(s.store, n / 4);
+  StoreObject &b = At(s.store, n / 4 + 2);
+  int const keyA = a.key;
+  int const keyB = b.key;
+  int const behind = static_cast<int>(3 * n / 4) * kGap;
+  auto const there = [&] {
+    s.store.SetKey(a, behind + 1);
+    s.store.SetKey(b, behind + 2);
+  };
+  auto const back = [&] {
+    s.store.SetKey(a, keyA);
+    s.store.SetKey(b, keyB);
+  };
+  {
+    there();
+    bool ok = s.IndexOf(a) == 3 * n / 4 - 1 && s.IndexOf(b) == 3 * n / 4 && s.InOrder(n);
+    back();
+    ok = ok && s.IndexOf(a) == n / 4 && s.IndexOf(b) == n / 4 + 2 && s.InOrder(n);
+    if (!ok) state.SkipWithError("wrong list after the changes");
+  }
+  for (auto _ : state) {
+    there();
+    back();
+  }
+  state.SetItemsProcessed(state.iterations() * 4);
+}
+
 void Change_Naive(benchmark::State &state, Move (*pick)(std::int64_t)) {
   std::int64_t const n = state.range(0);
   ObjectStore store;
@@ -579,6 +611,7 @@ COLLECTION_CASE(ChangeInPlace_Tovik);
 COLLECTION_CASE(ChangeInPlace_Naive);
 COLLECTION_CASE(ChangeMoving_Tovik);
 COLLECTION_CASE(ChangeMoving_Naive);
+COLLECTION_CASE(ChangeMovingCold_Tovik);
 COLLECTION_CASE(AddThenDelete_Tovik);
 COLLECTION_CASE(AddThenDelete_Naive);
 COLLECTION_CASE(DeleteThenAdd_Tovik);
