@@ -115,6 +115,23 @@ TEST_F(Reloading, HooksAreCountedPerNotifier) {
   shared.Notify(EvDeleted, SCC_HandleToData(a.Handle()));
   EXPECT_NE(shared.HasListeners(), 0);
 
+  // A callback that drops the hooks while a reload walks does not leave the
+  // walk holding a hook that is gone (the sanitizer would see it).
+  struct Clearing : Sorted {
+    using Sorted::Sorted;
+    int Filter(SCC_Handle handle) override {
+      if (armed && StoreObject::From(handle)->id == 2) {
+        armed = false;
+        Clear();
+      }
+      return 1;
+    }
+    bool armed = false;
+  } clearing(local);
+  clearing.armed = true;
+  clearing.Reload(1);
+  EXPECT_NE(shared.HasListeners(), 0);
+
   // A notifier that sent its listeners away gets the hook back at the next
   // connection instead of counting on a hook that hears nothing.
   SCC_Notifier nobody;
