@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <functional>
 #include <typeinfo>
 #include <vector>
 
@@ -37,6 +38,13 @@ class ListOrder {
       reversed = typedOrder->reversed != 0;
       typed = true;
     }
+  }
+
+  // Ordered by handle value alone, ascending (1) or descending (-1); 0 for
+  // any other order.
+  int ByValue() const {
+    if (!typed || function != nullptr) return 0;
+    return reversed ? -1 : 1;
   }
 
   int Compare(SCC_Handle a, SCC_Handle b) const {
@@ -185,7 +193,16 @@ class SCC_StdCollection::Steps::Walk {
     collected.resize(kept);
     SCC_SharedPointer<SCC_ComparatorBase> const comparator = c.handles.GetComparator();
     ListOrder const order(comparator);
-    if (!IsSorted(collected, order)) StableSort(collected, order);
+    if (order.ByValue() != 0) {
+      // The handles are the keys and each is there once: any sort is stable.
+      if (order.ByValue() > 0) {
+        std::sort(collected.begin(), collected.end());
+      } else {
+        std::sort(collected.begin(), collected.end(), std::greater<SCC_Handle>());
+      }
+    } else if (!IsSorted(collected, order)) {
+      StableSort(collected, order);
+    }
     std::int32_t const size = static_cast<std::int32_t>(collected.size());
     c.handles.SetSize(size);
     if (c.handles.GetSize() == size) {
