@@ -108,8 +108,10 @@ class TOVIK_API SCC_StdCollection : public SCC_EventNode<int> {
   // away alive.
   ~SCC_StdCollection() override;
 
-  // Applies one notification from the source or a per-object notifier; see
-  // collection_notification.cpp for the steps. Always 0.
+  // Applies one notification from the source or a per-object notifier, as
+  // the class comment says: a disabled node ignores it; the filter and the
+  // list decide whether it concerns the collection; while suspended most
+  // codes are queued; the position keeps its number. Always 0.
   int OnNotification(int code, int *data) override;
   // Enabling the node reloads by force (EvReload always follows); disabling
   // does nothing.

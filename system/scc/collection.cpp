@@ -179,11 +179,11 @@ bool HandleSet::Insert(SCC_Handle handle) {
 }
 
 void HandleSet::Grow() {
-  std::vector<SCC_Handle> old(slots.size() * 2, 0);
-  old.swap(slots);
+  std::vector<SCC_Handle> previous(slots.size() * 2, 0);
+  previous.swap(slots);  // slots is now the larger, empty table
   --shift;
   std::size_t const mask = slots.size() - 1;
-  for (SCC_Handle const handle : old) {
+  for (SCC_Handle const handle : previous) {
     if (handle == 0) continue;
     std::size_t at = Slot(handle);
     while (slots[at] != 0) at = (at + 1) & mask;

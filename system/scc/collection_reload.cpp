@@ -7,8 +7,8 @@
 // sorted, with equal items in the source's order and each handle once. Done
 // literally, that is an insertion into a sorted array per object, which moves
 // half the array each time for a source that is not in order: quadratic.
-// When nobody but the collection's own position listens to the list (so that
-// nobody can see the single insertions) the walk only collects the handles,
+// When nobody who could see the single insertions listens to the list (only
+// cursors of the class that stand on nothing) the walk only collects the handles,
 // and the list is made at the end: the later copies of repeated handles are
 // dropped and the rest sorted stably, which gives the same list in n log n.
 // The walk itself, with its calls of GetSlider, Filter and ConnectEvent per
@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <functional>
 #include <typeinfo>
 #include <vector>
 
@@ -37,6 +38,13 @@ class ListOrder {
       reversed = typedOrder->reversed != 0;
       typed = true;
     }
+  }
+
+  // Ordered by handle value alone, ascending (1) or descending (-1); 0 for
+  // any other order.
+  int ByValue() const {
+    if (!typed || function != nullptr) return 0;
+    return reversed ? -1 : 1;
   }
 
   int Compare(SCC_Handle a, SCC_Handle b) const {
@@ -109,7 +117,9 @@ bool IsSorted(std::vector<SCC_Handle> const &items, ListOrder const &order) {
 class SCC_StdCollection::Steps::Walk {
  public:
   explicit Walk(SCC_StdCollection &collection)
-      : notifier(nullptr), hook(nullptr), c(collection), unique(false) {}
+      : notifier(nullptr), hook(nullptr), c(collection), unique(false), guard(*this) {
+    guard.JoinAtEnd(&c.eventHooks);
+  }
 
   // The literal walk: each object that passes is inserted as it is met.
   void OneByOne() {
@@ -183,7 +193,16 @@ class SCC_StdCollection::Steps::Walk {
     collected.resize(kept);
     SCC_SharedPointer<SCC_ComparatorBase> const comparator = c.handles.GetComparator();
     ListOrder const order(comparator);
-    if (!IsSorted(collected, order)) StableSort(collected, order);
+    if (order.ByValue() != 0) {
+      // The handles are the keys and each is there once: any sort is stable.
+      if (order.ByValue() > 0) {
+        std::sort(collected.begin(), collected.end());
+      } else {
+        std::sort(collected.begin(), collected.end(), std::greater<SCC_Handle>());
+      }
+    } else if (!IsSorted(collected, order)) {
+      StableSort(collected, order);
+    }
     std::int32_t const size = static_cast<std::int32_t>(collected.size());
     c.handles.SetSize(size);
     if (c.handles.GetSize() == size) {
@@ -191,9 +210,29 @@ class SCC_StdCollection::Steps::Walk {
     }
   }
 
+  // The cached hook is forgotten when a callback of the walk removes it, or
+  // all hooks, from the collection: the walk listens to the hook map.
+  class CacheGuard : public SCC_EventNode<int> {
+   public:
+    explicit CacheGuard(Walk &w) : walk(w) {}
+    int OnNotification(int code, int *data) override {
+      bool const gone = code == EvDeleted ? static_cast<void *>(data) == walk.hook
+                                          : code == EvCleared || code == EvReload;
+      if (gone) {
+        walk.notifier = nullptr;
+        walk.hook = nullptr;
+      }
+      return 0;
+    }
+
+   private:
+    Walk &walk;
+  };
+
   SCC_StdCollection &c;
   std::vector<SCC_Handle> collected;
   bool unique;
+  CacheGuard guard;
 };
 
 // Whether the collecting walk gives what the literal one would: the list must
