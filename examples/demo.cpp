@@ -1,12 +1,12 @@
 // A tour of Tovik as an application sees it: strings, failed checks and the
 // failure manager that decides how they end, a notifier whose listeners
-// leave in the middle of a notification, containers, and collections that
-// follow their source and each other.
+// leave in the middle of a notification, containers, and a filtered, sorted
+// view of a board's components (board.h) that follows the board.
 #include <tovik.h>
 
 #include <cstdio>
 
-#include "object_store.h"  // a small object store, shared with the tests
+#include "board.h"
 
 namespace {
 
@@ -218,58 +218,110 @@ void ShowNotification() {
 
 // --- Observable collections ----------------------------------------------
 
-// Parts in a store, a view of them sorted by value, and a view of the pins of
-// the selected parts that follows the selection.
-class PrintChanges : public SCC_EventNode<int> {
+// The placement list of the top side: a view of the board's components that
+// follows the board while parts are renamed, flipped, placed and removed.
+
+char const *Ref(SCC_Handle handle) { return Component::Of(handle).reference; }
+
+// What the placement list tells, in words.
+class PlacementLog : public SCC_EventNode<int> {
  public:
-  explicit PrintChanges(char const *n) : name(n) {}
+  explicit PlacementLog(SCC_StdCollection &v) : view(v) {}
+
   int OnNotification(int code, int *data) override {
-    SCC_Handle const handle = SCC_DataToHandle(data);
-    bool const names = code >= EvAdded && code <= EvFocused;
-    std::printf("  %s hears code %d about %d\n", name, code,
-                names ? tovik_test::StoreCollection::IdOf(handle) : 0);
+    SCC_Handle const part = SCC_DataToHandle(data);
+    switch (code) {
+      case EvAdded:
+        std::printf("  heard %d (added): %s now at row %d\n", code, Ref(part),
+                    view.GetPositionByHandle(part));
+        break;
+      case EvDeleted:
+        std::printf("  heard %d (deleted): %s leaves row %d\n", code, Ref(part),
+                    view.GetPositionByHandle(part));
+        break;
+      case EvReload:
+        std::printf("  heard %d (reloaded): %d rows\n", code, view.GetSize());
+        break;
+      case EvFocused:
+        if (part != 0) {
+          std::printf("  heard %d (focused): %s selected\n", code, Ref(part));
+        } else {
+          std::printf("  heard %d (focused): a part deselected\n", code);
+        }
+        break;
+      default:
+        std::printf("  heard %d\n", code);
+    }
     return 0;
   }
 
  private:
-  char const *name;
+  SCC_StdCollection &view;
 };
 
-void PrintList(char const *title, tovik_test::StoreCollection &view) {
+void PrintList(char const *title, SCC_StdCollection &view) {
   std::printf("%s:", title);
-  for (int id : view.Ids()) std::printf(" %d", id);
-  std::printf("\n");
+  for (std::int32_t row = 0; row < view.GetSize(); ++row) {
+    Component const &part = Component::Of(view.GetAt(row));
+    std::printf(" %s(%s)", static_cast<char const *>(part.reference),
+                static_cast<char const *>(part.value));
+  }
+  std::printf("\n  selected:");
+  for (std::int32_t row = 0; row < view.GetSize(); ++row) {
+    if (view.IsInFocus(view.GetAt(row), nullptr)) std::printf(" %s", Ref(view.GetAt(row)));
+  }
+  std::printf("%s\n", view.HasFocus() ? "" : " none");
 }
-
-SCC_Handle H(tovik_test::ObjectStore &store, int id) { return store.Find(id)->Handle(); }
 
 void ShowCollections() {
   Section("Observable collections");
-  tovik_test::ObjectStore parts;
-  tovik_test::ObjectStore pins;
-  int const values[] = {470, 100, 220, 100, 330};
-  for (int id = 1; id <= 5; ++id) {
-    tovik_test::StoreObject &part = parts.Add(id, values[id - 1]);
-    for (int pin = 1; pin <= 2; ++pin) pins.Add(10 * id + pin, pin, false, &part);
+  Board board;
+  board.Place("U3", "top", "MCU");
+  board.Place("R10", "top", "10k");
+  board.Place("C1", "top", "100n");
+  board.Place("R2", "top", "4k7");
+  board.Place("R5", "bottom", "1k");
+  board.Place("R7", "top", "DNP");
+  board.Place("C8", "bottom", "10u");
+  board.Place("C12", "top", "100n");
+  std::printf("board, in placement order:");
+  for (std::size_t i = 0; i < board.Count(); ++i) {
+    Component const &part = board.At(i);
+    std::printf(" %s(%s, %s)", static_cast<char const *>(part.reference),
+                static_cast<char const *>(part.value), static_cast<char const *>(part.layer));
   }
-  tovik_test::StoreCollection byValue(parts);
-  byValue.SetSort(&tovik_test::ObjectStore::CompareKey, 0);
-  PrintChanges partsHeard("parts view");
-  byValue.SetNotificationHandler(&partsHeard);
-  byValue.AllowReload(1);
-  PrintList("parts by value (equal values keep the store's order)", byValue);
+  std::printf("\n");
 
-  tovik_test::ChildCollection selectedPins(pins, byValue);
-  selectedPins.SetSort(&tovik_test::ObjectStore::CompareKey, 0);
-  selectedPins.AllowReload(1);
-  byValue.SetFocus(H(parts, 3), 1);
-  byValue.SetFocus(H(parts, 5), 1);
-  PrintList("pins of the selected parts 3 and 5", selectedPins);
+  // The filters outlive the view that asks them.
+  OnLayer top("top");
+  Unfitted unfitted;
+  ComponentList placement(board);
+  SYS_Filter &fittedOnTop = top & !unfitted;
+  placement.SetFilter(&fittedOnTop);
+  fittedOnTop.DetachFromOperands();  // the view owns the expression now
+  placement.SetSort(&ComponentList::ByReference, 0);
+  PlacementLog log(placement);
+  placement.SetNotificationHandler(&log);
+  placement.AllowReload(1);
+  PrintList("fitted parts on top, by designator", placement);
 
-  std::printf("part 3 changes its value to 500:\n");
-  parts.SetKey(*parts.Find(3), 500);
-  PrintList("parts by value", byValue);
-  std::printf("part 3 still selected: %d\n", byValue.IsInFocus(H(parts, 3), nullptr) ? 1 : 0);
+  std::printf("select R10 and U3:\n");
+  placement.SetFocus(board.Find("R10")->Handle(), 1);
+  placement.SetFocus(board.Find("U3")->Handle(), 1);
+
+  std::printf("R10 is renamed R1:\n");
+  board.Rename(*board.Find("R10"), "R1");
+  PrintList("now", placement);
+  std::printf("R1 still selected: %s\n",
+              placement.IsInFocus(board.Find("R1")->Handle(), nullptr) ? "yes" : "no");
+
+  std::printf("C12 moves to the bottom side:\n");
+  board.MoveToLayer(*board.Find("C12"), "bottom");
+  std::printf("R3 is placed on top:\n");
+  board.Place("R3", "top", "22R");
+  std::printf("U3 is removed from the board:\n");
+  board.Remove(*board.Find("U3"));
+  PrintList("now", placement);
 }
 
 }  // namespace
