@@ -11,7 +11,7 @@
 // order with a slider of its own and answers the object's notifier from
 // GetEvent. ChildCollection walks the objects of a second store that belong
 // to the objects in its parent's focus, as the pins of the selected parts.
-// Header only, so that the example can use it too.
+// Header only.
 #ifndef TOVIK_TEST_OBJECT_STORE_H
 #define TOVIK_TEST_OBJECT_STORE_H
 
