@@ -112,7 +112,16 @@ class SCC_SharedPointer {
     if (object != nullptr) object->Ref(dynamic_cast<void *>(object));
   }
   static void Release(T *object) {
+    // Objects that are not on the heap never reach 0, but GCC cannot see
+    // that when a local's release is inlined and warns of a delete of it.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wfree-nonheap-object"
+#endif
     if (object != nullptr && object->Deref() == 0) delete object;
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
   }
   SCC_SharedPointer &Assign(T *object) {
     T *const old = pointer;

@@ -29,6 +29,10 @@
 #include "scc_safe_list.h"
 #include "scc_map.h"
 
+// Observable collections
+#include "sys_filter.h"
+#include "scc_collection.h"
+
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
