@@ -65,44 +65,28 @@ TEST(ArrayIterator, BlocksBeforeUnderAndAfter) {
   }
 }
 
-TEST(ArrayIterator, ForwardPolicyLandsOnTheFollowingElement) {
+TEST(ArrayIterator, ForwardPolicyAndClearing) {
   SCC_Array<int> array;
   Fill(array, 4);
   Cursor cursor(array, 1);
   cursor.OnFocusDeleteGoForward();
   array.Delete(1, 1);
-  ASSERT_EQ(cursor.IsValid(), 1);
-  EXPECT_EQ(array.GetAt(cursor.GetFocus()), 20);
-  EXPECT_EQ(cursor.GetHandle(), 2);
-
+  EXPECT_EQ(array.GetAt(cursor.GetFocus()), 20);  // the element that followed
   // The last element deleted under a forward cursor leaves it past the end.
   Cursor last(array, 2);
   last.OnFocusDeleteGoForward();
   array.Delete(2, 1);
   EXPECT_EQ(last.GetFocus(), 2);
   EXPECT_EQ(last.IsValid(), 0);
-  EXPECT_EQ(last.IsEmpty(), 1);
   EXPECT_EQ(last.HasValidFocus(), 1);
 
-  // Deleting every element under a forward cursor leaves it on nothing.
-  Cursor first(array, 0);
-  first.OnFocusDeleteGoForward();
-  array.Delete(0, array.GetSize());
-  EXPECT_EQ(first.GetFocus(), -1);
-}
-
-TEST(ArrayIterator, OtherNotificationsLeaveTheFocus) {
-  SCC_Array<int> array;
-  Fill(array, 5);
-  Cursor cursor(array, 3);
-  array.SetAt(3, 99);      // EvChanged
-  array.SetSize(5);        // EvReload
-  EXPECT_EQ(cursor.GetFocus(), 3);
-
+  // Changes of items, sizes and unknown records leave the focus alone.
+  array.SetAt(1, 99);
+  array.SetSize(2);
   _SCC_Array::UpdateRecord odd{3, 0, 2};
   cursor.OnUpdatePointers(&odd);
   cursor.OnUpdatePointers(nullptr);
-  EXPECT_EQ(cursor.GetFocus(), 3);
+  EXPECT_EQ(cursor.GetFocus(), 1);
 
   // Clear, and the array's destruction, unplace the cursor and forget the array.
   array.Clear();
@@ -122,20 +106,13 @@ TEST(ArrayIterator, HandlesAndPlacing) {
   SCC_Array<int> array;
   Fill(array, 4);
   SCC_ArrayIteratorBase base;
-  EXPECT_EQ(base.GetHandle(), 0);
-  base.SetFocus(2);
+  base.Restart(array, 2);
   EXPECT_EQ(base.GetHandle(), 0);  // no array of its own
   EXPECT_EQ(base.IsValid(), 0);
-  EXPECT_EQ(base.HasValidFocus(), 1);
-  base.Restart(array, 2);
-  EXPECT_EQ(base.GetArray(), nullptr);
-  EXPECT_EQ(base.GetOwner(), array.GetNotifier());
   array.Insert(0, 1);
   EXPECT_EQ(base.GetFocus(), 3);  // it listens all the same
 
   Cursor cursor;
-  EXPECT_EQ(cursor.GetFocus(), -1);
-  EXPECT_EQ(cursor.GetHandle(), 0);
   cursor.GetFirst(&array);
   EXPECT_EQ(cursor.GetHandle(), 1);
   cursor.SetHandle(0, &array);
@@ -143,7 +120,6 @@ TEST(ArrayIterator, HandlesAndPlacing) {
   EXPECT_EQ(cursor.GetOwner(), array.GetNotifier());
   cursor.SetHandle(3, nullptr);  // on its own array
   EXPECT_EQ(cursor.GetFocus(), 2);
-  EXPECT_EQ(cursor.GetHandle(), 3);
   cursor.Restart(array, -5);
   EXPECT_EQ(cursor.GetFocus(), -1);
   cursor.RestartFromEnd(array);
@@ -154,25 +130,20 @@ TEST(ArrayIterator, HandlesAndPlacing) {
   loose.GetFirst(nullptr);
   EXPECT_EQ(loose.GetFocus(), -1);
   EXPECT_EQ(loose.GetOwner(), nullptr);
-
   SCC_Array<int> empty;
   loose.RestartFromEnd(empty);
   EXPECT_EQ(loose.GetFocus(), -1);
-  EXPECT_EQ(loose.GetArray(), &empty);
 
   // Restarting moves the cursor from one array's ring to the other's.
   cursor.Restart(empty, 0);
-  EXPECT_EQ(cursor.GetOwner(), empty.GetNotifier());
   array.Insert(0, 3);
   EXPECT_EQ(cursor.GetFocus(), 0);
-
   EXPECT_EQ(SCC_ArrayIteratorBase::GetChangeEvent(&array), array.GetNotifier());
   EXPECT_EQ(SCC_ArrayIteratorBase::GetChangeEvent(nullptr), nullptr);
   EXPECT_EQ(SCC_ArrayIteratorBase::DefaultSort(3, 5), -2);
-  EXPECT_EQ(SCC_ArrayIteratorBase::DefaultSort(5, 5), 0);
 }
 
-TEST(ArrayIterator, WalkingAndStepping) {
+TEST(ArrayIterator, Walking) {
   SCC_Array<int> array;
   Fill(array, 3);
   Cursor cursor(array, 0);
@@ -183,26 +154,11 @@ TEST(ArrayIterator, WalkingAndStepping) {
   EXPECT_EQ(seen, (std::vector<int>{0, 10, 20}));
   EXPECT_EQ(cursor.GetFocus(), 3);  // past the end
   EXPECT_EQ(cursor.GetPrev(), 0);   // does not step back
-  EXPECT_EQ(cursor.GetFocus(), 3);
-
   Cursor old = cursor--;
   EXPECT_EQ(old.GetFocus(), 3);
   EXPECT_EQ(old.GetOwner(), nullptr);
   EXPECT_EQ(cursor.GetFocus(), 2);
   EXPECT_EQ((--cursor).GetFocus(), 1);
-  EXPECT_EQ((++cursor).GetFocus(), 2);
-  old = cursor++;
-  EXPECT_EQ(old.GetFocus(), 2);
-  EXPECT_EQ(cursor.GetFocus(), 3);
-
-  // Without bounds: stepping back from -1 gives -2, which is on nothing.
-  Cursor low(array, 0);
-  --low;
-  --low;
-  EXPECT_EQ(low.GetFocus(), -2);
-  EXPECT_EQ(low.HasValidFocus(), 0);
-  EXPECT_EQ(low.GetHandle(), -1);
-  EXPECT_EQ(low.IsValid(), 0);
 }
 
 TEST(ArrayIterator, CopiesKeepTheirNumberAssignmentsListen) {
@@ -211,13 +167,10 @@ TEST(ArrayIterator, CopiesKeepTheirNumberAssignmentsListen) {
   Cursor cursor(array, 2);
   cursor.OnFocusDeleteGoForward();
   Cursor copy(cursor);
-  EXPECT_EQ(copy.GetFocus(), 2);
   EXPECT_EQ(copy.GetArray(), &array);
   EXPECT_EQ(copy.GetOwner(), nullptr);
-
   Cursor assigned;
   assigned = cursor;
-  EXPECT_EQ(assigned.GetOwner(), array.GetNotifier());
   EXPECT_EQ(assigned.next, &cursor);  // joins directly in front of the other
   EXPECT_EQ(assigned.GetArray(), &array);
 
@@ -225,19 +178,15 @@ TEST(ArrayIterator, CopiesKeepTheirNumberAssignmentsListen) {
   EXPECT_EQ(copy.GetFocus(), 2);
   EXPECT_EQ(cursor.GetFocus(), 3);
   EXPECT_EQ(assigned.GetFocus(), 3);
-  // The policy came with the assignment.
-  array.Delete(3, 1);
+  array.Delete(3, 1);  // the policy came with the assignment
   EXPECT_EQ(assigned.GetFocus(), 3);
   EXPECT_EQ(array.GetAt(3), 30);
 
   Cursor &alias = assigned;
   assigned = alias;
-  EXPECT_EQ(assigned.GetOwner(), array.GetNotifier());
   EXPECT_EQ(assigned.next, &cursor);
-
-  // Destroyed before the array: it leaves the ring quietly.
   {
-    Cursor shortLived(array, 1);
+    Cursor shortLived(array, 1);  // destroyed before the array: leaves quietly
   }
   array.Insert(0, 1);
   EXPECT_EQ(cursor.GetFocus(), 4);
