@@ -4,7 +4,7 @@
 // the key gave for the present table size. A node never moves once made, so
 // the address of its value (the entry's handle) stays good for as long as the
 // entry lives, across every rehash. The buckets are SCC_SDList<Node> lists
-// that own their nodes; the newest node of a bucket stands at its front.
+// that own their nodes; an insertion links its node at the front of its bucket.
 //
 //   SCC_Map { SCC_Notifier; unique; tableSize; count; hashFunction; table }
 //   table[i]  SCC_SDList<Node> { vptr; head } -> Node -> Node -> null
