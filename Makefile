@@ -1,9 +1,11 @@
 # Thin wrapper over CMake. `make demo` and `make test` set up a fresh Debian
 # machine (installing missing packages), configure, build and run.
+# `make bench QT=1` also installs Qt 5, the collection benchmark's optional peer.
 BUILD       ?= build
 BENCH_BUILD ?= build-bench
 JOBS        ?= $(shell nproc)
 CMAKE_FLAGS ?=
+QT          ?=
 
 .PHONY: all deps demo test bench install clean
 
@@ -25,7 +27,7 @@ test: deps $(BUILD)/build.ninja
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
 bench:
-	./.ci/install-deps bench
+	./.ci/install-deps $(if $(QT),bench-qt,bench)
 	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release \
 	  -DTOVIK_BUILD_BENCHMARKS=ON -DTOVIK_BUILD_TESTS=OFF $(CMAKE_FLAGS)
 	cmake --build $(BENCH_BUILD) -j $(JOBS)

@@ -1,9 +1,12 @@
-// A tour of Tovik as an application sees it: strings, a failed check that
-// reaches the application's handler, and a notifier whose listeners leave in
-// the middle of a notification.
+// A tour of Tovik as an application sees it: strings, failed checks and the
+// failure manager that decides how they end, a notifier whose listeners
+// leave in the middle of a notification, containers, and a filtered, sorted
+// view of a board's components (board.h) that follows the board.
 #include <tovik.h>
 
 #include <cstdio>
+
+#include "board.h"
 
 namespace {
 
@@ -51,6 +54,132 @@ void ShowChecks() {
   }
 }
 
+// --- The failure manager ---------------------------------------------------
+
+// The application's log: one line per failure, read from the record.
+int LogFailure(int type, int *data) {
+  SSM::AssertObj record;
+  record.SetHandle(SCC_DataToHandle(data), nullptr);
+  std::printf("  log: %s(%d) type %d, failure #%d: %s\n",
+              static_cast<char const *>(record.GetFileName()), record.GetLineNo(), type,
+              record.GetCount(), static_cast<char const *>(record.GetMsg()));
+  return 0;
+}
+
+// The application's policy for its own checks: a notice carries on, anything
+// worse returns failure, so that the check throws from its own place.
+int DecideAction(int type, int *data) {
+  SSM::AssertObj record;
+  record.SetHandle(SCC_DataToHandle(data), nullptr);
+  record.SetAction(type == SSM_FailureNotice ? SSM::ActionContinue : SSM::ActionReturnFailure);
+  return 0;
+}
+
+int TrackWidth(int requested) {
+  SSM_ASSERT(requested >= 100, "Demo: track narrower than the process allows", SSM_FailureNotice,
+             0);
+  return requested < 100 ? 100 : requested;
+}
+
+void PlaceOnLayer(int layer) {
+  SSM_ASSERT(layer >= 1 && layer <= 32, "Demo: no such copper layer", SSM_FailureError, 12);
+  std::printf("  placed on layer %d\n", layer);
+}
+
+void ShowFailureManager() {
+  Section("Failure manager");
+  SSM manager;  // from now on every failed check reaches it
+  SCC_EventHook<int> decide(DecideAction), log(LogFailure);
+  decide.AddHook(&manager.actionEvent);
+  log.AddHook(&manager.logEvent);
+
+  SCC_Stack<int> undo;
+  for (int round = 1; round <= 2; ++round) {
+    std::printf("round %d\n", round);
+    std::printf("  track width: %d\n", TrackWidth(40));  // carries on behind the check
+    try {
+      PlaceOnLayer(40);
+    } catch (SSM::AssertData *record) {
+      std::printf("  caught the record of \"%s\", id %d\n", static_cast<char const *>(record->msg),
+                  record->id);
+    }
+    try {
+      undo.Pop();  // a check inside the library: type 2 always throws
+    } catch (SSM::AssertData *record) {
+      std::printf("  caught a library check: \"%s\", seen %d time(s)\n",
+                  static_cast<char const *>(record->msg), record->count);
+    }
+    if (round == 1) {
+      // Enough of the notice: disable its record, so that it asks and logs no more.
+      SSM::AssertObj notice;
+      for (notice.GetFirst(); notice.IsValid(); notice.GetNext()) {
+        if (notice.GetID() == 0 && notice.GetMsg().Find("track") >= 0) notice.Disable(1);
+      }
+    }
+  }
+
+  std::printf("registry:\n");
+  SSM::AssertObj walk;
+  for (walk.GetFirst(&manager); walk.IsValid(); walk.GetNext()) {
+    std::printf("  %s(%d): %d failure(s)%s\n", static_cast<char const *>(walk.GetFileName()),
+                walk.GetLineNo(), walk.GetCount(), walk.IsDisabled() ? ", disabled" : "");
+  }
+}
+
+// --- Containers --------------------------------------------------------------
+
+// Prints what an array tells its listeners: the code and the item's handle.
+class ArrayLog : public SCC_EventNode<int> {
+ public:
+  int OnNotification(int code, int *data) override {
+    if (code != EvRemapped) {
+      std::printf("    array says: code %d, handle %ld\n", code,
+                  static_cast<long>(SCC_DataToHandle(data)));
+    }
+    return 0;
+  }
+};
+
+void ShowContainers() {
+  Section("Containers");
+  SCC_Array<int> widths;  // track widths in world units, one per net
+  for (int i = 0; i < 6; ++i) widths.Append((i + 1) * 38100);
+
+  ArrayLog log;
+  widths.AddListener(log);
+  SCC_ArrayIterator<int> cursor(widths, 3);  // stands on the fourth net
+  auto at = [&cursor] { return static_cast<std::int32_t>(cursor.GetHandle() - 1); };
+  std::printf("cursor on index %d, width %d\n", at(), widths[at()]);
+
+  std::printf("  insert 2 nets before it:\n");
+  widths.Insert(0, 2);
+  std::printf("cursor now on index %d, width %d\n", at(), widths[at()]);
+  std::printf("  delete 2 nets behind it and 3 before it:\n");
+  widths.Delete(at() + 1, 2);
+  widths.Delete(1, 3);
+  std::printf("cursor still on index %d, width %d; %d nets left\n", at(),
+              widths[at()], widths.GetSize());
+
+  SCC_Array<int> snapshot = widths;  // shares the buffer until one side writes
+  log.Leave();
+  widths[0] = 1;
+  std::printf("after a write: original[0] = %d, snapshot[0] = %d\n", widths[0], snapshot[0]);
+
+  // Named parts: a map whose values stay where they are while it grows.
+  SCC_Map<SYS_String, SYS_String> parts;
+  parts.Insert("R1", "10k 0603");
+  SYS_String *r1 = parts.Find("R1");
+  for (int i = 2; i <= 400; ++i) {
+    SYS_String name;
+    name << "R" << i;
+    parts.Insert(name, "4k7 0402");
+  }
+  parts.Insert("C1", "100n 0402");
+  std::printf("%d parts in %d buckets; R1 kept its address: %s; C1 is %s\n", parts.GetCount(),
+              parts.tableSize, parts.Find("R1") == r1 ? "yes" : "no",
+              static_cast<char const *>(*parts.Find("C1")));
+}
+
 // --- Notification ----------------------------------------------------------
 
 // A listener that leaves the ring after it has heard a number of notifications.
@@ -87,11 +216,122 @@ void ShowNotification() {
   std::printf("listeners left: %d\n", board.HasListeners());
 }
 
+// --- Observable collections ----------------------------------------------
+
+// The placement list of the top side: a view of the board's components that
+// follows the board while parts are renamed, flipped, placed and removed.
+
+char const *Ref(SCC_Handle handle) { return Component::Of(handle).reference; }
+
+// What the placement list tells, in words.
+class PlacementLog : public SCC_EventNode<int> {
+ public:
+  explicit PlacementLog(SCC_StdCollection &v) : view(v) {}
+
+  int OnNotification(int code, int *data) override {
+    SCC_Handle const part = SCC_DataToHandle(data);
+    switch (code) {
+      case EvAdded:
+        std::printf("  heard %d (added): %s now at row %d\n", code, Ref(part),
+                    view.GetPositionByHandle(part));
+        break;
+      case EvDeleted:
+        std::printf("  heard %d (deleted): %s leaves row %d\n", code, Ref(part),
+                    view.GetPositionByHandle(part));
+        break;
+      case EvReload:
+        std::printf("  heard %d (reloaded): %d rows\n", code, view.GetSize());
+        break;
+      case EvFocused:
+        if (part != 0) {
+          std::printf("  heard %d (focused): %s selected\n", code, Ref(part));
+        } else {
+          std::printf("  heard %d (focused): a part deselected\n", code);
+        }
+        break;
+      default:
+        std::printf("  heard %d\n", code);
+    }
+    return 0;
+  }
+
+ private:
+  SCC_StdCollection &view;
+};
+
+void PrintList(char const *title, SCC_StdCollection &view) {
+  std::printf("%s:", title);
+  for (std::int32_t row = 0; row < view.GetSize(); ++row) {
+    Component const &part = Component::Of(view.GetAt(row));
+    std::printf(" %s(%s)", static_cast<char const *>(part.reference),
+                static_cast<char const *>(part.value));
+  }
+  std::printf("\n  selected:");
+  for (std::int32_t row = 0; row < view.GetSize(); ++row) {
+    if (view.IsInFocus(view.GetAt(row), nullptr)) std::printf(" %s", Ref(view.GetAt(row)));
+  }
+  std::printf("%s\n", view.HasFocus() ? "" : " none");
+}
+
+void ShowCollections() {
+  Section("Observable collections");
+  Board board;
+  board.Place("U3", "top", "MCU");
+  board.Place("R10", "top", "10k");
+  board.Place("C1", "top", "100n");
+  board.Place("R2", "top", "4k7");
+  board.Place("R5", "bottom", "1k");
+  board.Place("R7", "top", "DNP");
+  board.Place("C8", "bottom", "10u");
+  board.Place("C12", "top", "100n");
+  std::printf("board, in placement order:");
+  for (std::size_t i = 0; i < board.Count(); ++i) {
+    Component const &part = board.At(i);
+    std::printf(" %s(%s, %s)", static_cast<char const *>(part.reference),
+                static_cast<char const *>(part.value), static_cast<char const *>(part.layer));
+  }
+  std::printf("\n");
+
+  // The filters outlive the view that asks them.
+  OnLayer top("top");
+  Unfitted unfitted;
+  ComponentList placement(board);
+  SYS_Filter &fittedOnTop = top & !unfitted;
+  placement.SetFilter(&fittedOnTop);
+  fittedOnTop.DetachFromOperands();  // the view owns the expression now
+  placement.SetSort(&ComponentList::ByReference, 0);
+  PlacementLog log(placement);
+  placement.SetNotificationHandler(&log);
+  placement.AllowReload(1);
+  PrintList("fitted parts on top, by designator", placement);
+
+  std::printf("select R10 and U3:\n");
+  placement.SetFocus(board.Find("R10")->Handle(), 1);
+  placement.SetFocus(board.Find("U3")->Handle(), 1);
+
+  std::printf("R10 is renamed R1:\n");
+  board.Rename(*board.Find("R10"), "R1");
+  PrintList("now", placement);
+  std::printf("R1 still selected: %s\n",
+              placement.IsInFocus(board.Find("R1")->Handle(), nullptr) ? "yes" : "no");
+
+  std::printf("C12 moves to the bottom side:\n");
+  board.MoveToLayer(*board.Find("C12"), "bottom");
+  std::printf("R3 is placed on top:\n");
+  board.Place("R3", "top", "22R");
+  std::printf("U3 is removed from the board:\n");
+  board.Remove(*board.Find("U3"));
+  PrintList("now", placement);
+}
+
 }  // namespace
 
 int main() {
   ShowStrings();
   ShowChecks();
+  ShowFailureManager();
   ShowNotification();
+  ShowContainers();
+  ShowCollections();
   return 0;
 }

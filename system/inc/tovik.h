@@ -11,12 +11,27 @@
 
 // Core frame
 #include "sys_string.h"
+#include "ssm_check.h"
 #include "ssm.h"
 #include "sys_exception.h"
 
 // Events
 #include "scc_event.h"
 #include "scc_iterator.h"
+
+// Containers
+#include "scc_hash.h"
+#include "scc_shared.h"
+#include "scc_array.h"
+#include "scc_array_iterator.h"
+#include "scc_list.h"
+#include "scc_refdlist.h"
+#include "scc_safe_list.h"
+#include "scc_map.h"
+
+// Observable collections
+#include "sys_filter.h"
+#include "scc_collection.h"
 
 // Geometry
 #include "sys_geometry_units.h"

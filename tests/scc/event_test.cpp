@@ -1,5 +1,3 @@
-#include "scc_event.h"
-
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -8,6 +6,8 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include "scc_event.h"
 
 namespace {
 

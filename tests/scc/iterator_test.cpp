@@ -1,9 +1,9 @@
-#include "scc_iterator.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
+
+#include "scc_iterator.h"
 
 namespace {
 

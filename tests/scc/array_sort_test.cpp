@@ -1,0 +1,333 @@
+// Array order: Sort, FindItemPosition, ItemInValidPlace and ordered insertion.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+#include <random>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "array_support.h"
+#include "scc_array.h"
+
+using array_test::Heard;
+using array_test::Pairs;
+using array_test::Recorder;
+using array_test::TestArray;
+
+namespace {
+
+using Keys = std::vector<std::uint16_t>;
+
+// The sort steps as first written, with no bound on the depth: the engine
+// must take the same steps until its bound is reached.
+struct ReferenceSort {
+  ReferenceSort(Keys &keys, int order) : items(keys), direction(order) {}
+
+  Keys &items;
+  int direction;  // 1 ascending, -1 descending
+  Pairs swaps, shortSorts;
+  int maxDepth = -1;  // the deepest partition, counted from 0
+
+  int Compare(int a, int b) const { return direction * SCC_Compare(items[a], items[b]); }
+  void Swap(int a, int b) {
+    swaps.emplace_back(a, b);
+    std::swap(items[a], items[b]);
+  }
+  void Run(int lo, int hi) {
+    std::vector<int> los, his, depths;
+    for (int depth = 0;;) {
+      if (hi - lo + 1 < 9) {
+        shortSorts.emplace_back(lo, hi);
+        for (int top = hi; top > lo; --top) {
+          int largest = lo;
+          for (int k = lo + 1; k <= top; ++k) largest = Compare(k, largest) > 0 ? k : largest;
+          Swap(largest, top);
+        }
+      } else {
+        maxDepth = std::max(maxDepth, depth++);
+        Swap(lo + (hi - lo + 1) / 2, lo);
+        int i = lo, j = hi + 1;
+        for (;;) {
+          while (++i <= hi && Compare(i, lo) <= 0) {
+          }
+          while (--j > lo && Compare(j, lo) >= 0) {
+          }
+          if (j < i) break;
+          Swap(i, j);
+        }
+        Swap(lo, j);
+        bool const lowLarger = j - lo >= hi - i + 1;
+        int const bigLo = lowLarger ? lo : i, bigHi = lowLarger ? j - 1 : hi;
+        int const smallLo = lowLarger ? i : lo, smallHi = lowLarger ? hi : j - 1;
+        if (bigHi > bigLo) los.push_back(bigLo), his.push_back(bigHi), depths.push_back(depth);
+        if (smallHi > smallLo) {
+          lo = smallLo, hi = smallHi;
+          continue;
+        }
+      }
+      if (los.empty()) return;
+      lo = los.back(), hi = his.back(), depth = depths.back();
+      los.pop_back(), his.pop_back(), depths.pop_back();
+    }
+  }
+};
+
+int DepthLimit(int n) {
+  int log2 = 0;
+  while (n > 1) n >>= 1, ++log2;
+  return 2 * log2;
+}
+
+Keys RandomKeys(std::size_t n, unsigned distinct) {  // distinct 0: a permutation
+  std::mt19937 random(static_cast<unsigned>(n));
+  Keys keys(n);
+  std::iota(keys.begin(), keys.end(), std::uint16_t{0});
+  if (distinct == 0) std::shuffle(keys.begin(), keys.end(), random);
+  for (auto &k : keys) k = distinct == 0 ? k : static_cast<std::uint16_t>(random() % distinct);
+  return keys;
+}
+
+TEST(ArraySort, TakesTheSortStepsExactlyBelowTheDepthBound) {
+  struct Case {
+    char const *name;
+    std::size_t n;
+    unsigned distinct;
+    int order;
+  };
+  Case const cases[] = {
+      {"two items", 2, 0, 1},
+      {"eight: one short sort", 8, 0, 1},
+      {"nine: one partition", 9, 0, 1},
+      {"small descending", 40, 0, -1},
+      {"distinct", 1000, 0, 1},
+      {"distinct descending", 5000, 0, -1},
+      {"repeated keys", 1000, 500, 1},
+      {"repeated keys descending", 800, 300, -1},
+      {"fifteen copies each", 300, 20, 1},
+  };
+  for (Case const &c : cases) {
+    SCOPED_TRACE(c.name);
+    Keys keys = RandomKeys(c.n, c.distinct);
+    TestArray array;
+    array.SetComparator(new SCC_Comparator<std::uint16_t>);
+    array.Fill(keys);
+    array.Sort(c.order);
+    ReferenceSort reference(keys, c.order);
+    reference.Run(0, static_cast<int>(c.n) - 1);
+    ASSERT_LT(reference.maxDepth, DepthLimit(static_cast<int>(c.n))) << "pick other keys";
+    EXPECT_EQ(array.swaps, reference.swaps);
+    EXPECT_EQ(array.shortSorts, reference.shortSorts);
+    EXPECT_EQ(array.Items(), keys);
+  }
+  TestArray nine;  // one partition step: the middle item becomes the pivot
+  nine.SetComparator(new SCC_Comparator<std::uint16_t>);
+  nine.Fill({9, 8, 7, 6, 5, 4, 3, 2, 1});
+  nine.Sort(1);
+  EXPECT_EQ(nine.swaps.front(), std::make_pair(4, 0));
+  EXPECT_EQ(nine.shortSorts.size(), 2u);
+}
+
+TEST(ArraySort, DirectionBoundsAndNotification) {
+  SCC_Array<int> array;
+  Recorder listener;
+  array.AddListener(listener);
+  for (int v : {3, 1, 2}) array.Append(v);
+  array.SetComparator(new SCC_Comparator<int>);  // ascending at once
+  SCC_ComparatorBase *const order = array.GetComparator();
+  auto items = [&array] { return std::vector<int>(array.GetData(), array.GetData() + 3); };
+  struct Step {
+    int order, reversed;
+    std::vector<int> items;
+  };
+  for (Step const &step : {Step{-1, 1, {3, 2, 1}}, Step{0, 1, {3, 2, 1}}, Step{1, 0, {1, 2, 3}},
+                           Step{0, 0, {1, 2, 3}}, Step{-1, 1, {3, 2, 1}}, Step{7, 0, {1, 2, 3}}}) {
+    array.Sort(step.order);  // 0: the comparator's direction; not -1: ascending
+    EXPECT_EQ(order->reversed, step.reversed);
+    EXPECT_EQ(items(), step.items);
+  }
+  listener.heard.clear();
+  array.Sort(2, 1, -1);  // one item: the flag is set, nothing else happens
+  EXPECT_EQ(order->reversed, 1);
+  array.Sort(0, 0, 1);  // first + count - 1 is negative
+  array.Sort(3, 1, 1);  // first outside
+  array.Sort(1, 3, 1);  // the end outside
+  EXPECT_EQ(order->reversed, 1);
+  EXPECT_TRUE(listener.heard.empty());
+  array.Sort(0, 2, -1);  // a part of the array
+  EXPECT_EQ(listener.heard, (std::vector<Heard>{{EvReload, 0}}));
+  EXPECT_EQ(items(), (std::vector<int>{2, 1, 3}));
+
+  SCC_Array<int> sharer(array);
+  array.SetComparator(nullptr);  // leaves the order alone
+  EXPECT_EQ(items(), (std::vector<int>{2, 1, 3}));
+  array.SetComparator(order);
+  EXPECT_EQ(items(), (std::vector<int>{1, 2, 3}));
+  EXPECT_EQ(sharer[0], 2);  // sorting made the buffer private first
+}
+
+TEST(ArraySort, FewDistinctKeysFinishThroughTheDepthBound) {
+  Keys small = RandomKeys(3000, 2);  // unbounded, each partition peels off a few items
+  ReferenceSort reference(small, 1);
+  reference.Run(0, 2999);
+  EXPECT_GT(reference.maxDepth, 10 * DepthLimit(3000));
+  for (unsigned distinct : {1, 2, 16}) {
+    SCOPED_TRACE(distinct);
+    Keys keys = RandomKeys(100000, distinct);
+    SCC_Array<int> array;
+    for (auto k : keys) array.Append(k);
+    array.SetComparator(new SCC_Comparator<int>);
+    std::sort(keys.begin(), keys.end());
+    EXPECT_TRUE(std::equal(keys.begin(), keys.end(), array.GetData()));
+  }
+}
+
+int Erratic(int const &, int const &) { return std::rand() % 3 - 1; }
+
+TEST(ArraySort, AnInconsistentComparatorCannotBreakTheArray) {
+  std::srand(1);
+  SCC_SortableArray<int> array;
+  for (int i = 0; i < 2000; ++i) array.Append(i);
+  array.SetComparator(new SCC_Comparator<int>(Erratic));
+  std::vector<int> seen(array.GetData(), array.GetData() + 2000);
+  std::sort(seen.begin(), seen.end());
+  for (int i = 0; i < 2000; ++i) ASSERT_EQ(seen[i], i);
+  for (int probe = 0; probe < 200; ++probe) {
+    std::int32_t first = -1, last = -1;
+    array.FindItemPosition(probe, first, last);
+    EXPECT_TRUE(0 <= first && first <= last && last <= 2000) << first << " " << last;
+  }
+}
+
+// A derived class that overrides Swap: its arrays go through the virtual
+// steps, while the library's own layers compare and swap built-in keys inline.
+template <class T>
+class Overriding : public SCC_SortableArray<T> {
+ public:
+  int swaps = 0;
+
+ protected:
+  void Swap(std::int32_t a, std::int32_t b) override {
+    ++swaps;
+    SCC_SortableArray<T>::Swap(a, b);
+  }
+};
+
+template <class T>
+T KeyOf(unsigned r) {
+  if constexpr (std::is_pointer<T>::value) {
+    return reinterpret_cast<T>(static_cast<std::uintptr_t>(r % 40) * 8);
+  } else if constexpr (std::is_floating_point<T>::value) {
+    // Zeros of both signs compare equal yet differ in their bits, and a NaN
+    // equals everything: the two paths must still agree bit for bit.
+    return r % 7 == 0 ? -0.0 : (r % 7 == 1 ? 0.0 : (r % 31 == 2 ? std::nan("") : r % 40 - 20.0));
+  } else {
+    return static_cast<T>(r % 40 - 20);
+  }
+}
+
+template <class T>
+class InlineKeys : public ::testing::Test {};
+using KeyTypes = ::testing::Types<int, unsigned int, SCC_Handle, unsigned long, double, void *>;
+TYPED_TEST_SUITE(InlineKeys, KeyTypes, );
+
+TYPED_TEST(InlineKeys, TakeTheSameStepsAsTheVirtualOnes) {
+  using T = TypeParam;
+  std::mt19937 random(17);
+  for (int n : {2, 9, 100, 3000}) {
+    for (int order : {1, -1, 0}) {
+      SCOPED_TRACE(testing::Message() << n << " items, order " << order);
+      SCC_SortableArray<T> fast;
+      Overriding<T> slow;
+      for (int i = 0; i < n; ++i) {
+        T const key = KeyOf<T>(random());
+        fast.Append(key);
+        slow.Append(key);
+      }
+      fast.SetComparator(new SCC_Comparator<T>);
+      slow.SetComparator(new SCC_Comparator<T>);
+      fast.Sort(order);
+      slow.Sort(order);
+      EXPECT_GT(slow.swaps, 0);
+      EXPECT_EQ(std::memcmp(fast.GetData(), slow.GetData(), n * sizeof(T)), 0);
+      for (unsigned probe = 0; probe < 40; ++probe) {
+        std::int32_t fastRun[2], slowRun[2];
+        fast.FindItemPosition(KeyOf<T>(probe), fastRun[0], fastRun[1]);
+        slow.FindItemPosition(KeyOf<T>(probe), slowRun[0], slowRun[1]);
+        EXPECT_TRUE(fastRun[0] == slowRun[0] && fastRun[1] == slowRun[1]);
+      }
+    }
+  }
+}
+
+TEST(ArraySearch, FindItemPositionGivesTheRunOfEqualItems) {
+  SCC_SortableArray<int> array;
+  for (int v : {1, 3, 3, 5}) array.Append(v);
+  std::int32_t first = -1, last = -1;
+  array.FindItemPosition(3, first, last);  // no comparator at all
+  EXPECT_EQ(std::make_pair(first, last), std::make_pair(0, 3));
+
+  auto *fresh = new SCC_Comparator<int>;  // the caller's: the search must not take it over
+  struct Probe {
+    int item;
+    std::int32_t first, last;
+  };
+  for (Probe const &p : {Probe{0, 0, 0}, Probe{1, 0, 1}, Probe{2, 1, 1}, Probe{3, 1, 3},
+                         Probe{4, 3, 3}, Probe{5, 3, 4}, Probe{6, 4, 4}}) {
+    SCOPED_TRACE(p.item);
+    array.FindItemPosition(p.item, first, last, fresh);
+    EXPECT_EQ(std::make_pair(first, last), std::make_pair(p.first, p.last));
+  }
+  array.SetComparator(fresh);
+  array.Sort(-1);  // 5 3 3 1: the search follows the comparator's direction
+  array.FindItemPosition(3, first, last);
+  EXPECT_EQ(std::make_pair(first, last), std::make_pair(1, 3));
+  array.FindItemPosition(4, first, last);
+  EXPECT_EQ(std::make_pair(first, last), std::make_pair(1, 1));
+
+  SCC_SortableArray<int> same;
+  for (int i = 0; i < 4; ++i) same.Append(7);
+  same.SetComparator(new SCC_Comparator<int>);
+  same.FindItemPosition(7, first, last);
+  EXPECT_EQ(std::make_pair(first, last), std::make_pair(0, 4));
+  SCC_SortableArray<int>().FindItemPosition(7, first, last);
+  EXPECT_EQ(std::make_pair(first, last), std::make_pair(0, 0));
+}
+
+// An item ordered by key alone, so that a tag tells equal items apart.
+struct Tagged {
+  int key, tag;
+};
+int ByKey(Tagged const &a, Tagged const &b) { return SCC_Compare(a.key, b.key); }
+
+TEST(ArraySearch, AddGoesBehindEqualItemsAndItemInValidPlaceLooksAtNeighbours) {
+  SCC_SortableArray<Tagged> array;
+  EXPECT_EQ(array.Add({5, 0}), 0);  // no comparator: at the end
+  EXPECT_EQ(array.Add({1, 1}), 1);
+  array.SetComparator(new SCC_Comparator<Tagged>(ByKey));
+  for (Tagged t : {Tagged{3, 2}, Tagged{3, 3}, Tagged{0, 4}, Tagged{9, 5}}) array.Add(t);
+  std::vector<int> tags;
+  for (std::int32_t i = 0; i < array.GetSize(); ++i) tags.push_back(array.GetAt(i).tag);
+  EXPECT_EQ(tags, (std::vector<int>{4, 1, 2, 3, 0, 5}));  // keys 0 1 3 3 5 9
+
+  struct Case {
+    std::int32_t index;
+    int key, valid;
+  };
+  for (Case const &c : {Case{0, 1, 1}, Case{0, 2, 0}, Case{2, 1, 1}, Case{2, 0, 0}, Case{2, 6, 0},
+                        Case{5, 5, 1}, Case{5, 4, 0}}) {
+    SCOPED_TRACE(testing::Message() << "key " << c.key << " at " << c.index);
+    SCC_SortableArray<Tagged> copy(array);
+    copy[c.index].key = c.key;
+    EXPECT_EQ(copy.ItemInValidPlace(c.index), c.valid);
+  }
+  SCC_SortableArray<Tagged> one;
+  one.Append({42, 0});
+  one.SetComparator(new SCC_Comparator<Tagged>(ByKey));
+  EXPECT_EQ(one.ItemInValidPlace(0), 1);
+}
+
+}  // namespace

@@ -1,0 +1,327 @@
+// Arrays: growth, notification, copy-on-write, the typed layers, bad input.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "array_support.h"
+#include "scc_array.h"
+#include "ssm.h"
+#include "test_support.h"
+
+using array_test::Heard;
+using array_test::Recorder;
+using array_test::TestArray;
+using tovik_test::Counted;
+
+namespace {
+
+std::int32_t Capacity(_SCC_Array const &array) {
+  return array.GetBuffer() != nullptr ? array.GetBuffer()->capacity : 0;
+}
+
+TEST(ArrayGrowth, CapacitiesFollowTheGrowthRule) {
+  SCC_Array<int> array;
+  std::vector<std::int32_t> capacities;
+  for (int i = 0; i < 16562; ++i) {
+    array.Append(i);
+    if (capacities.empty() || capacities.back() != Capacity(array)) {
+      capacities.push_back(Capacity(array));
+    }
+  }
+  EXPECT_EQ(capacities,
+            (std::vector<std::int32_t>{1, 3, 9, 27, 81, 243, 729, 2187, 6561, 16561, 26561}));
+  EXPECT_EQ(array.GetData()[16561], 16561);
+
+  SCC_Array<int> many;
+  many.Insert(0, 100);  // beyond capacity + step: exactly the new size
+  EXPECT_EQ(Capacity(many), 100);
+  EXPECT_EQ(many.GetData()[99], 0);  // new items start at zero
+
+  TestArray custom;  // the step is a virtual operation
+  custom.growStep = 4;
+  custom.Fill({1, 2, 3, 4, 5, 6, 7, 8, 9});
+  EXPECT_EQ(Capacity(custom), 9);
+  custom.Insert(9, 1);
+  EXPECT_EQ(Capacity(custom), 13);
+
+  Recorder listener;
+  SCC_Array<int> sized;
+  sized.AddListener(listener);
+  sized.SetSize(0);  // no buffer made, yet EvReload
+  EXPECT_EQ(sized.GetBuffer(), nullptr);
+  EXPECT_EQ(listener.heard, (std::vector<Heard>{{EvReload, 0}}));
+  sized.SetSize(5);
+  sized.SetSize(0);  // a private buffer keeps its room
+  EXPECT_EQ(Capacity(sized), 5);
+  EXPECT_EQ(sized.IsEmpty(), 1);
+  sized[10] = 1;  // a write beyond the end extends the array
+  EXPECT_EQ(sized.GetSize(), 11);
+
+  SCC_Array<int> roomy(3);  // in place the gap of an insertion keeps a copy...
+  roomy.SetSize(2);
+  roomy[0] = 1;
+  roomy.Insert(0, 1);
+  EXPECT_EQ(roomy[0], 1);
+  SCC_Array<int> grown;  // ...in a new buffer it is a new item
+  grown.Append(1);
+  grown.Insert(0, 1);
+  EXPECT_EQ(grown[0], 0);
+  EXPECT_EQ(grown[1], 1);
+}
+
+TEST(ArrayNotification, CodesAndDataInOrder) {
+  TestArray array;
+  array.Fill({10, 11, 12, 13, 14, 15});
+  EXPECT_EQ(array.NotifierIfAny(), nullptr);  // made only when asked for
+  Recorder listener;
+  array.AddListener(listener);
+  listener.context = &array;
+  listener.also = [](Recorder &self, int) {  // the items are still in place
+    EXPECT_EQ(static_cast<TestArray *>(self.context)->GetSize(), 6);
+  };
+  array.Delete(2, 3);
+  EXPECT_EQ(
+      listener.heard,
+      (std::vector<Heard>{{EvDeleted, 3}, {EvDeleted, 3}, {EvDeleted, 3}, {EvRemapped, 2, 2, 3}}));
+  EXPECT_EQ(array.Items(), (std::vector<std::uint16_t>{10, 11, 15}));
+  listener.also = nullptr;
+  listener.heard.clear();
+  array.Insert(1, 2);
+  EXPECT_EQ(listener.heard,
+            (std::vector<Heard>{{EvRemapped, 1, 1, 2}, {EvAdded, 2}, {EvAdded, 3}}));
+
+  Recorder typed;
+  {
+    SCC_Array<int> a, other;
+    other.Append(9);
+    a.AddListener(typed);
+    a[1] = 5;  // reaching beyond the end inserts
+    a.SetAt(0, 4);
+    SCC_Array<int> &same = a;
+    a = same;  // nothing at all
+    a = other;
+    a.Clear();
+    a.Clear();  // no buffer: nothing to tell
+    EXPECT_EQ(typed.heard, (std::vector<Heard>{{EvRemapped, 1, 0, 2},
+                                               {EvAdded, 1},
+                                               {EvAdded, 2},
+                                               {EvChanged, 1},
+                                               {EvReload, 0},
+                                               {EvCleared, 0}}));
+    EXPECT_EQ(typed.GetOwner(), a.GetNotifier());       // the notifier stays
+    EXPECT_EQ(other.GetNotifier()->HasListeners(), 0);  // and is never shared
+    a.Append(1);
+    typed.heard.clear();
+  }
+  EXPECT_EQ(typed.heard, (std::vector<Heard>{{EvCleared, 0}}));  // destruction
+  EXPECT_EQ(typed.GetOwner(), nullptr);                          // sends it away alive
+}
+
+TEST(ArraySharing, WritesNeverShowInAnotherCopy) {
+  SCC_Array<int> a;
+  for (int i = 0; i < 5; ++i) a.Append(i);
+  a.SetComparator(new SCC_Comparator<int>);
+  SCC_Array<int> b(a);
+  EXPECT_EQ(a.GetBuffer(), b.GetBuffer());
+  EXPECT_EQ(a.GetBuffer()->refCount, 2);
+  EXPECT_EQ(static_cast<SCC_ComparatorBase *>(b.GetComparator()),
+            static_cast<SCC_ComparatorBase *>(a.GetComparator()));
+  b[0] = 100;  // separates with no room to spare...
+  EXPECT_EQ(a[0], 0);
+  EXPECT_EQ(Capacity(b), 5);
+  b.Append(5);  // ...so the next append grows at once
+  EXPECT_EQ(Capacity(b), 15);
+  SCC_Array<int> c(a), d(a);
+  c.Insert(0, 2);
+  d.Delete(0, 5);
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(a.GetAt(i), i);
+  EXPECT_EQ(a.GetBuffer()->refCount, 1);
+}
+
+// The typed layers over a plain, a copy-on-write and a counted item type.
+template <class T>
+T Make(int v) {
+  if constexpr (std::is_same<T, SYS_String>::value)
+    return SYS_String(std::to_string(v).c_str());
+  else
+    return T(v);
+}
+int ValueOf(int v) { return v; }
+int ValueOf(SYS_String const &s) { return std::atoi(s); }
+int ValueOf(Counted const &c) { return c.value; }
+
+template <class T>
+std::vector<int> Values(SCC_Array<T> const &array) {
+  std::vector<int> out;
+  for (std::int32_t i = 0; i < array.GetSize(); ++i) out.push_back(ValueOf(array.GetAt(i)));
+  return out;
+}
+
+template <class T>
+class TypedArray : public ::testing::Test {};
+using ItemTypes = ::testing::Types<int, SYS_String, Counted>;
+TYPED_TEST_SUITE(TypedArray, ItemTypes, );
+
+// Random edits on two arrays that keep sharing buffers, checked against
+// vectors after every step, over sizes that cross several growth steps.
+TYPED_TEST(TypedArray, RandomEditsMatchAPlainVector) {
+  using T = TypeParam;
+  tovik_test::CountedLeakGuard guard;
+  std::mt19937 random(11);
+  SCC_Array<T> arrays[2];
+  std::vector<int> models[2];
+  for (int step = 0; step < 1500; ++step) {
+    int const which = static_cast<int>(random() % 2);
+    SCC_Array<T> &array = arrays[which];
+    std::vector<int> &model = models[which];
+    auto const size = static_cast<std::int32_t>(model.size());
+    auto const at = static_cast<std::int32_t>(random() % (size + 1));
+    int const value = static_cast<int>(random() % 1000);
+    switch (random() % 8) {
+      case 0:
+      case 1:
+        array.InsertAt(at, Make<T>(value));
+        model.insert(model.begin() + at, value);
+        break;
+      case 2:
+        array.Append(Make<T>(value));
+        model.push_back(value);
+        break;
+      case 3: {
+        auto const count = static_cast<std::int32_t>(random() % (size - at + 1));
+        array.RemoveAt(at, count);
+        model.erase(model.begin() + at, model.begin() + at + count);
+        break;
+      }
+      case 4:  // an item of the array itself, which may move meanwhile
+        if (size > 0) array.InsertAt(at, array[size - 1]);
+        if (size > 0) model.insert(model.begin() + at, model[size - 1]);
+        break;
+      case 5:
+        array.SetSize(static_cast<std::int32_t>(random() % 300));
+        model.resize(static_cast<std::size_t>(array.GetSize()), 0);
+        break;
+      case 6:
+        arrays[1 - which] = array;
+        models[1 - which] = model;
+        break;
+      case 7:  // sorting swaps through the item type and keeps every item
+        array.SetComparator(new SCC_Comparator<T>);
+        array.SetComparator(nullptr);
+        std::sort(model.begin(), model.end(),
+                  [](int a, int b) { return SCC_Compare(Make<T>(a), Make<T>(b)) < 0; });
+        break;
+    }
+    ASSERT_EQ(Values(arrays[0]), models[0]) << "step " << step;
+    ASSERT_EQ(Values(arrays[1]), models[1]) << "step " << step;
+  }
+}
+
+TYPED_TEST(TypedArray, StackPushesPopsAndPeeks) {
+  using T = TypeParam;
+  tovik_test::CountedLeakGuard guard;
+  SCC_Stack<T> stack;
+  for (int i = 0; i < 30; ++i) stack.Push(Make<T>(i));
+  EXPECT_EQ(ValueOf(stack.Peek(29)), 0);
+  SCC_Stack<T> saved(stack);
+  for (int i = 29; i >= 10; --i) EXPECT_EQ(ValueOf(stack.Pop()), i);
+  stack.Push(Make<T>(77));
+  EXPECT_EQ(ValueOf(stack.Peek()), 77);
+  EXPECT_EQ(ValueOf(saved.Peek()), 29);  // the copy kept its own items
+  EXPECT_EQ(stack.GetStackSize(), 11);
+  EXPECT_EQ(stack.GetSize(), 30);  // the array does not shrink
+  EXPECT_EQ(stack.IsEmpty(), 0);
+}
+
+// With no failure manager a failed check has no effect: the code behind it
+// runs on, and does nothing to the array.
+TEST(ArrayBadInput, RejectedWithNothingChanged) {
+  ASSERT_EQ(SSM::GetManager(), nullptr);
+  SCC_Stack<SYS_String> stack;
+  EXPECT_EQ(stack.Pop(), SYS_String());  // empty: a default item, the count stays 0
+  EXPECT_EQ(stack.GetStackSize(), 0);
+  EXPECT_EQ(stack.IsEmpty(), 1);
+  stack.Push("a");
+  EXPECT_EQ(stack.Peek(1), SYS_String());
+  EXPECT_EQ(stack.Peek(-1), SYS_String());
+  EXPECT_EQ(stack.Pop(), SYS_String("a"));
+
+  Recorder listener;
+  SCC_Array<int> array;
+  array.AddListener(listener);
+  array.Append(1);
+  array.Append(2);
+  listener.heard.clear();
+  array[-1] = 99;  // a scratch item outside the array
+  EXPECT_EQ(array[-1], 0);
+  array.SetAt(-2, 5);
+  array.Insert(3, 1);
+  array.Insert(0, -1);
+  array.Delete(1, 2);
+  array.SetSize(-4);
+  EXPECT_EQ(array.GetAt(2), 0);
+  EXPECT_TRUE(listener.heard.empty());
+  EXPECT_EQ(Values(array), (std::vector<int>{1, 2}));
+
+  // A listener must not change the array it hears about; one that does still
+  // cannot make the array reach outside its buffer.
+  listener.context = &array;
+  listener.also = [](Recorder &self, int code) {
+    if (code == EvDeleted || code == EvAdded) static_cast<SCC_Array<int> *>(self.context)->Clear();
+  };
+  array.Delete(0, 2);  // the first notice empties the array
+  array[10] = 3;       // grows, is emptied again, and writes nothing
+  EXPECT_EQ(array.GetSize(), 0);
+  EXPECT_EQ(array.IsValid(), 1);
+}
+
+// An item whose constructors and assignment throw once a budget runs out.
+struct Fragile {
+  static int budget, live;
+  int value;
+  static void Spend() {
+    if (budget >= 0 && budget-- == 0) throw std::runtime_error("out of budget");
+  }
+  Fragile(int v = 0) : value(v) { Spend(), ++live; }  // NOLINT: implicit like an int
+  Fragile(Fragile const &other) : value(other.value) { Spend(), ++live; }
+  Fragile &operator=(Fragile const &other) { return Spend(), value = other.value, *this; }
+  ~Fragile() { --live; }
+};
+int Fragile::budget = -1;
+int Fragile::live = 0;
+
+TEST(ArrayExceptions, ThrowingItemsLoseNothingAndLeakNothing) {
+  // Growing copies into a new buffer: let each construction and copy fail in turn.
+  for (int failAt = 0, threw = 1; threw; ++failAt) {
+    SCOPED_TRACE(failAt);
+    {
+      SCC_Array<Fragile> array;
+      for (int i = 0; i < 9; ++i) array.Append(i);
+      SCC_Array<Fragile> sharer(array);
+      Fragile::budget = failAt;
+      threw = 0;
+      try {
+        array.Append(9);
+      } catch (std::runtime_error const &) {
+        threw = 1;
+      }
+      Fragile::budget = -1;
+      // The item is in, or the array is as it was, or (the item's own
+      // assignment having thrown) it holds one default item more.
+      ASSERT_GE(array.GetSize(), 9);
+      ASSERT_LE(array.GetSize(), 10);
+      for (int i = 0; i < array.GetSize(); ++i) {
+        EXPECT_EQ(array.GetAt(i).value, i < 9 || !threw ? i : 0);
+      }
+      for (int i = 0; i < 9; ++i) EXPECT_EQ(sharer.GetAt(i).value, i);
+    }
+    EXPECT_EQ(Fragile::live, 0);
+  }
+}
+
+}  // namespace

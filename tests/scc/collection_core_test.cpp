@@ -1,0 +1,186 @@
+// SCC_StdCollection: construction, the cursor, the focus, handle data,
+// copies and destruction.
+#include "collection_support.h"
+
+namespace tovik_test {
+namespace {
+
+class CollectionCore : public ::testing::Test {
+ protected:
+  void SetUp() override { Fill(store, {{1, 50}, {2, 10}, {3, 40}, {4, 20}, {5, 30}}); }
+  ObjectStore store;
+};
+
+TEST_F(CollectionCore, LoadsNothingUntilReloadIsAllowed) {
+  StoreCollection view(store);
+  IdRecorder heard;
+  view.SetNotificationHandler(&heard);
+  view.SetSort(&ObjectStore::CompareKey, 0);
+  EXPECT_EQ(view.GetSize(), 0);
+  // Not loaded, but the source has something to offer now: a temp item.
+  EXPECT_EQ(heard.heard, (CodeIds{{EvChanged, 0}}));
+  EXPECT_EQ(view.FindNextTempItem(0), H(store, 1));
+  heard.Reset();
+  view.AllowReload(1);
+  view.AllowReload(1);  // from 1 to 1: nothing
+  EXPECT_EQ(view.Ids(), (Ids{2, 4, 5, 3, 1}));
+  EXPECT_EQ(heard.heard, (CodeIds{{EvReload, 0}}));
+  // The walk is in the source's order, from the handle on; the slider comes back.
+  view.SetSlider(H(store, 4));
+  EXPECT_EQ(view.FindNextTempItem(H(store, 2)), H(store, 3));
+  EXPECT_EQ(view.SliderId(), 4);
+  view.Clear();
+  EXPECT_EQ(view.GetSize(), 0);
+  EXPECT_EQ(view.IsReloadAllowed(), 0);
+}
+
+TEST_F(CollectionCore, CursorWalksListAndSliderTogether) {
+  Sorted view(store);
+  EXPECT_EQ(view.GetPositionByHandle(0), -1);
+  EXPECT_EQ(view.GetPositionByHandle(H(store, 3)), 3);
+  EXPECT_EQ(view.GetAt(-1), 0);
+  EXPECT_EQ(view.GetAt(view.GetSize()), 0);
+  EXPECT_NE(view.IsEmpty(), 0);
+  Ids walked;
+  for (int more = view.GetFirst(); more != 0; more = view.GetNext()) {
+    walked.push_back(view.SliderId());
+    EXPECT_EQ(view.GetAt(view.GetPosition()), view.GetSlider());
+  }
+  EXPECT_EQ(walked, (Ids{2, 4, 5, 3, 1}));
+  EXPECT_EQ(view.GetSlider(), 0);
+  EXPECT_EQ(view.GetNext(), 0);  // again at the end
+  view.SetPosition(1);
+  EXPECT_EQ(view.GetPrev(), 1);
+  EXPECT_EQ(view.GetPrev(), 0);
+  EXPECT_EQ(view.GetSlider(), 0);
+  // A handle that is not listed takes both off; so does an index outside.
+  view.SetSlider(store.Add(9, 0).Handle());
+  EXPECT_EQ(view.GetSlider(), 0);
+  EXPECT_EQ(view.GetPosition(), -1);
+  view.SetPosition(7);
+  EXPECT_EQ(view.GetSlider(), 0);
+  EXPECT_EQ(view.GetPosition(), -1);
+
+  ObjectStore empty;
+  Sorted none(empty);
+  EXPECT_EQ(none.GetFirst(), 0);
+  EXPECT_EQ(none.GetSlider(), 0);
+  EXPECT_TRUE(none.recorder.heard.empty());
+}
+
+TEST_F(CollectionCore, SetFocusModes) {
+  Sorted view(store);
+  IdRecorder &heard = view.recorder;
+  SCC_Handle const h3 = H(store, 3);
+  SCC_Handle const h5 = H(store, 5);
+  view.SetPosition(1);
+  view.SetFocus(h3, 1);
+  view.SetFocus(h3, 1);  // already focused: told once
+  view.SetFocus(h5, 7);  // an unknown mode adds
+  EXPECT_EQ(heard.heard, (CodeIds{{EvFocused, 3}, {EvFocused, 5}}));
+  EXPECT_EQ(heard.sliders, (Ids{3, 5}));  // the slider on the handle while told
+  EXPECT_EQ(view.SliderId(), 4);          // and back afterwards
+  EXPECT_EQ(view.GetPosition(), 1);
+  std::int32_t index = -1;
+  EXPECT_TRUE(view.IsInFocus(std::max(h3, h5), &index));
+  EXPECT_EQ(index, 1);  // sorted by handle value
+  EXPECT_FALSE(view.IsInFocus(std::max(h3, h5) + 1, &index));
+  EXPECT_EQ(index, 2);  // where it would go
+  EXPECT_EQ(view.GetFocus(2), 0);
+  EXPECT_EQ(view.GetFocus(-1), 0);
+
+  heard.Reset();
+  view.SetFocus(h5, 0);  // replaces: emptied first, so told again
+  EXPECT_EQ(view.FocusIds(), (Ids{5}));
+  view.SetPosition(3);
+  view.SetFocus(h3, 2);  // silently: no slider work, nobody told
+  view.SetFocus(h3, 2);
+  EXPECT_EQ(view.SliderId(), 3);
+  EXPECT_EQ(heard.heard, (CodeIds{{EvFocused, 5}}));
+  // Removing is told with data 0; removing what is not focused tells nothing.
+  view.SetFocus(h3, -1);
+  view.SetFocus(h3, -1);
+  EXPECT_EQ(heard.heard, (CodeIds{{EvFocused, 5}, {EvFocused, 0}}));
+  EXPECT_EQ(heard.sliders.back(), 3);
+  // Handle 0, or one not listed, only clears the focus.
+  view.SetFocus(store.Add(8, 1).Handle(), 1);
+  EXPECT_FALSE(view.HasFocus());
+  EXPECT_EQ(heard.heard.size(), 2u);
+}
+
+TEST_F(CollectionCore, HandleDataTravelsThroughTheSource) {
+  Sorted view(store);
+  Sorted other(store);
+  SCC_Handle const h4 = H(store, 4);
+  EXPECT_EQ(view.GetHandleData(h4), 0);
+  view.SetHandleData(h4, static_cast<std::intptr_t>(INT64_C(0x123456789A)));  // pointer-sized
+  EXPECT_EQ(view.GetHandleData(h4), INT64_C(0x123456789A));
+  EXPECT_EQ(other.GetHandleData(h4), 0);  // data stays with its collection
+  // Every collection on the source hears of it as a change in place.
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvChanged, 4}}));
+  EXPECT_EQ(other.recorder.heard, (CodeIds{{EvChanged, 4}}));
+  StoreCollection loose(store);  // without a source: kept, nobody told
+  loose.Leave();
+  loose.SetHandleData(h4, 5);
+  EXPECT_EQ(loose.GetHandleData(h4), 5);
+}
+
+TEST_F(CollectionCore, CopiesShareTheListAndTakeOverListeners) {
+  StoreObject &own = store.Add(6, 60, true);
+  Sorted original(store);
+  original.SetFocus(H(store, 3), 1);
+  original.SetHandleData(H(store, 2), 22);
+  original.SetPosition(2);
+  original.recorder.Reset();
+  {
+    StoreCollection copy(original);
+    EXPECT_EQ(copy.Ids(), original.Ids());
+    EXPECT_EQ(copy.FocusIds(), (Ids{3}));
+    EXPECT_EQ(copy.GetHandleData(H(store, 2)), 22);
+    EXPECT_EQ(copy.GetPosition(), 2);
+    EXPECT_EQ(original.GetChangeEvent()->HasListeners(), 0);  // taken over
+    EXPECT_EQ(original.recorder.GetOwner(), copy.GetChangeEvent());
+    EXPECT_EQ(copy.next, &original);  // just before it in the source's ring
+    // Its hook on the object's notifier reaches the copy, once.
+    store.SetKey(own, 5);
+    EXPECT_EQ(copy.Ids().front(), 6);
+    EXPECT_EQ(original.Ids().front(), 6);
+    EXPECT_EQ(original.recorder.heard, (CodeIds{{EvDeleted, 6}, {EvAdded, 6}}));
+    *original.GetChangeEvent() = *copy.GetChangeEvent();  // listeners back
+  }
+  store.SetKey(own, 65);  // the copy's hook went with the copy
+  EXPECT_EQ(original.Ids().back(), 6);
+
+  Sorted assigned(store);
+  SCC_StdCollection &target = assigned;
+  target = original;
+  EXPECT_EQ(assigned.Ids(), original.Ids());
+  EXPECT_EQ(assigned.recorder.GetOwner(), nullptr);  // sent away
+  EXPECT_EQ(original.recorder.GetOwner(), assigned.GetChangeEvent());
+  SCC_StdCollection &same = target;
+  target = same;  // to itself: nothing
+  EXPECT_EQ(original.recorder.GetOwner(), assigned.GetChangeEvent());
+}
+
+TEST_F(CollectionCore, DestructionLeavesEverythingItListenedTo) {
+  StoreObject &own = store.Add(6, 60, true);
+  IdRecorder listener;
+  {
+    Sorted parentView(store);
+    parentView.SetNotificationHandler(&listener);
+    StoreCollection child(store, &parentView);
+    // Without a parent any more it still hears the old one, but only data 0.
+    child.SetParent(nullptr);
+    EXPECT_EQ(child.HandleNotificationsAllowed(0), 1);
+    EXPECT_EQ(child.HandleNotificationsAllowed(H(store, 1)), 0);
+    parentView.GetChangeEvent()->Notify(EvSuspend, nullptr);
+    EXPECT_NE(child.IsSuspended(), 0);
+    EXPECT_NE(own.notifier->HasListeners(), 0);
+  }
+  EXPECT_EQ(own.notifier->HasListeners(), 0);
+  EXPECT_EQ(store.source.HasListeners(), 0);
+  EXPECT_EQ(listener.GetOwner(), nullptr);  // alive and alone
+}
+
+}  // namespace
+}  // namespace tovik_test

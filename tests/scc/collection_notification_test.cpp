@@ -1,0 +1,387 @@
+// SCC_StdCollection: what single changes do to the list, the focus, the
+// position and the slider, and what listeners hear, in which order.
+#include "collection_support.h"
+
+namespace tovik_test {
+namespace {
+
+// Ten objects, id i with key 10 * i: the sorted list is 1 to 10.
+class Notification : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    for (int id = 1; id <= 10; ++id) store.Add(id, 10 * id);
+  }
+  StoreObject &O(int id) { return *store.Find(id); }
+  ObjectStore store;
+};
+
+// Only the visible objects.
+class VisibleOnly : public Sorted {
+ public:
+  explicit VisibleOnly(ObjectStore &objects) : Sorted(objects) {
+    Reload(0);  // the base loaded before this class's Filter was there
+    recorder.Reset();
+  }
+  int Filter(SCC_Handle handle) override { return StoreObject::From(handle)->visible; }
+};
+
+TEST_F(Notification, AdditionsAndDeletionsLeaveThePositionItsNumber) {
+  Sorted view(store);
+  view.SetFocus(O(10).Handle(), 1);
+  view.recorder.Reset();
+  view.SetPosition(5);
+  store.Insert(11, 25);
+  EXPECT_EQ(view.Ids(), (Ids{1, 2, 11, 3, 4, 5, 6, 7, 8, 9, 10}));
+  // The same number, now on another object, and the slider with it.
+  EXPECT_EQ(view.GetPosition(), 5);
+  EXPECT_EQ(view.SliderId(), 5);
+  // A repeated addition is not tested: the handle goes in again, behind its
+  // equals, and lookups find the first one.
+  store.Tell(EvAdded, O(11));
+  EXPECT_EQ(view.GetAt(3), O(11).Handle());
+  EXPECT_EQ(view.GetPositionByHandle(O(11).Handle()), 2);
+
+  Ids focusWhenTold{-1};
+  view.recorder.action = [&](int code, SCC_Handle) {
+    if (code == EvDeleted) focusWhenTold = view.FocusIds();
+  };
+  view.SetPosition(11);
+  store.Remove(O(10));
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvAdded, 11}, {EvAdded, 11}, {EvDeleted, 10}}));
+  EXPECT_EQ(view.recorder.sliders, (Ids{11, 11, 10}));
+  EXPECT_EQ(view.recorder.lists.back().size(), 12u);  // still listed while told,
+  EXPECT_TRUE(focusWhenTold.empty());                 // but out of the focus
+  EXPECT_EQ(view.GetSize(), 11);
+  // The position stood on the last object: off now, and the slider too.
+  EXPECT_EQ(view.GetPosition(), -1);
+  EXPECT_EQ(view.GetSlider(), 0);
+  store.Remove(store.Add(20, 5));  // not listed: nothing told
+  EXPECT_EQ(view.recorder.heard.size(), 3u);
+}
+
+TEST_F(Notification, ChangeThatMovesIsADeletionThenAnAddition) {
+  Sorted view(store);
+  SCC_Handle const h5 = O(5).Handle();
+  view.SetFocus(h5, 1);
+  view.SetHandleData(h5, 55);
+  view.SetPosition(2);
+  view.recorder.Reset();
+  std::vector<bool> focused;
+  view.recorder.action = [&](int, SCC_Handle) { focused.push_back(view.IsInFocus(h5, nullptr)); };
+  store.SetKey(O(5), 95);
+  store.SetKey(O(6), 65);  // in place
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvDeleted, 5}, {EvAdded, 5}, {EvChanged, 6}}));
+  // Told 2 at its old place, 1 at its new one, the slider on it each time.
+  EXPECT_EQ(view.recorder.lists[0], (Ids{1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
+  EXPECT_EQ(view.recorder.lists[1], (Ids{1, 2, 3, 4, 6, 7, 8, 9, 5, 10}));
+  EXPECT_EQ(view.recorder.sliders, (Ids{5, 5, 6}));
+  EXPECT_EQ(focused, (std::vector<bool>{false, true, true}));
+  EXPECT_EQ(view.GetHandleData(h5), 55);
+  EXPECT_EQ(view.GetPosition(), 2);
+  EXPECT_EQ(view.SliderId(), 3);
+}
+
+TEST_F(Notification, MovesKeepListAndCursorsAsADeletionAndAnInsertionWould) {
+  // A move is made as one block move: the list, what its listeners hear and
+  // where cursors on it land must be those of a deletion followed by an
+  // insertion behind the equals; an object still in order stays.
+  std::mt19937 random(7);
+  for (int descending = 0; descending <= 1; ++descending) {
+    SCOPED_TRACE(descending);
+    ObjectStore local;
+    for (int id = 1; id <= 40; ++id) local.Add(id, static_cast<int>(random() % 8));
+    Sorted view(local, descending);
+    Recorder onList;
+    view.ListenToList(onList);
+    auto const mayPrecede = [&](int a, int b) { return descending ? a >= b : a <= b; };
+    for (int round = 0; round < 200; ++round) {
+      Ids const before = view.Ids();
+      std::size_t const from = random() % before.size();
+      StoreObject &moving = *local.Find(before[from]);
+      int const key = moving.key = static_cast<int>(random() % 8);
+      auto const keyAt = [&](std::size_t i) { return local.Find(before[i])->key; };
+      bool const stays = (from == 0 || mayPrecede(keyAt(from - 1), key)) &&
+                         (from + 1 == before.size() || mayPrecede(key, keyAt(from + 1)));
+      Ids expected = before;
+      std::size_t to = from;
+      if (!stays) {
+        expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(from));
+        to = 0;
+        while (to < expected.size() && mayPrecede(local.Find(expected[to])->key, key)) ++to;
+        expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(to), moving.id);
+      }
+      std::vector<std::unique_ptr<SCC_StdCollection::Position>> cursors;
+      for (std::size_t i = 0; i < before.size(); ++i) {
+        cursors.push_back(std::make_unique<SCC_StdCollection::Position>());
+        view.ListenToList(*cursors.back());
+        cursors.back()->SetFocus(static_cast<std::int32_t>(i));
+      }
+      onList.heard.clear();
+      view.recorder.Reset();
+      local.Changed(moving);
+      ASSERT_EQ(view.Ids(), expected) << "round " << round;
+      if (stays) {
+        EXPECT_EQ(view.recorder.heard, (CodeIds{{EvChanged, moving.id}}));
+        continue;
+      }
+      EXPECT_EQ(view.recorder.heard, (CodeIds{{EvDeleted, moving.id}, {EvAdded, moving.id}}));
+      SCC_Handle const at = static_cast<SCC_Handle>(to);
+      std::vector<int> codes;
+      for (auto const &heard : onList.heard) codes.push_back(heard.code);
+      EXPECT_EQ(codes, (std::vector<int>{EvDeleted, EvRemapped, EvRemapped, EvAdded, EvChanged}));
+      EXPECT_EQ(onList.heard[0].data, static_cast<SCC_Handle>(from) + 1);
+      EXPECT_EQ(onList.heard[3].data, at + 1);
+      EXPECT_EQ(onList.heard[4].data, at + 1);
+      for (std::size_t i = 0; i < cursors.size(); ++i) {
+        std::int32_t place = i == from ? -1 : static_cast<std::int32_t>(i > from ? i - 1 : i);
+        if (place >= at) ++place;
+        EXPECT_EQ(cursors[i]->GetFocus(), place) << "cursor " << i;
+      }
+    }
+  }
+}
+
+TEST_F(Notification, ChangesThatFilterOutAndBringIn) {
+  O(7).visible = 0;
+  VisibleOnly view(store);
+  view.SetFocus(O(3).Handle(), 1);
+  view.SetHandleData(O(3).Handle(), 33);
+  view.recorder.Reset();
+  store.SetVisible(O(3), 0);  // leaves list and focus, keeps its data
+  EXPECT_EQ(view.Ids(), (Ids{1, 2, 4, 5, 6, 8, 9, 10}));
+  EXPECT_FALSE(view.HasFocus());
+  EXPECT_EQ(view.GetHandleData(O(3).Handle()), 33);
+  // Coming into view is an addition, whatever the code said.
+  store.SetVisible(O(7), 1);
+  store.Changed(O(3), EvFocused);  // still invisible: nothing
+  O(3).visible = 1;
+  store.Changed(O(3), EvFocused);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvDeleted, 3}, {EvAdded, 7}, {EvAdded, 3}}));
+  EXPECT_EQ(view.GetSize(), 10);
+  // A handle that is neither listed nor passes is dropped in every state.
+  view.recorder.Reset();
+  StoreObject &hidden = store.Add(11, 1);
+  hidden.visible = 0;
+  for (int code : {1, 2, 3, 4, 105}) {
+    store.Tell(code, hidden);
+    view.Suspend(1);
+    store.Tell(code, hidden);
+    view.Suspend(0);
+  }
+  EXPECT_TRUE(view.recorder.heard.empty());
+}
+
+TEST_F(Notification, ReloadClearAndRemap) {
+  Sorted view(store);
+  view.SetFocus(O(8).Handle(), 1);
+  view.SetFocus(O(1).Handle(), 1);
+  view.SetHandleData(O(1).Handle(), 1);
+  view.recorder.Reset();
+  store.Tell(EvReload);  // nothing changed: nothing told
+  EXPECT_TRUE(view.recorder.heard.empty());
+  StoreObject &twin3 = store.Add(13, 30);  // stands in for 3, same key
+  StoreObject &twin8 = store.Add(18, 80);
+
+  // Remapping maps list, focus and queue, even while suspended.
+  view.Suspend(1);
+  store.SetKey(O(3), 30);
+  ObjectStore::Remapping remap{{O(3).Handle(), twin3.Handle()}, {O(8).Handle(), twin8.Handle()}};
+  store.Tell(EvRemapped, &remap);
+  EXPECT_EQ(view.Ids(), (Ids{1, 2, 13, 4, 5, 6, 7, 18, 9, 10}));
+  Ids focus = view.FocusIds();
+  std::sort(focus.begin(), focus.end());
+  EXPECT_EQ(focus, (Ids{1, 18}));
+  EXPECT_LT(view.GetFocus(0), view.GetFocus(1));  // sorted again
+  view.Suspend(0);
+  ASSERT_EQ(view.recorder.heard.size(), 2u);
+  EXPECT_EQ(view.recorder.heard[0].first, EvRemapped);
+  EXPECT_EQ(view.recorder.heard[1], (std::pair<int, int>{EvChanged, 13}));
+
+  view.recorder.Reset();
+  store.Tell(EvReload);  // the twins and the objects they stood for
+  store.Tell(EvCleared);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}, {EvCleared, 0}}));
+  EXPECT_EQ(view.recorder.lists.back().size(), 12u);  // told before it empties
+  EXPECT_EQ(view.GetSize(), 0);
+  EXPECT_FALSE(view.HasFocus());
+  EXPECT_EQ(view.GetHandleData(O(1).Handle()), 0);
+}
+
+TEST_F(Notification, SuspendedQueueSettlesNewestFirstOneEventPerObject) {
+  Sorted view(store);
+  view.Suspend(1);
+  view.Suspend(1);  // does not nest
+  store.SetKey(O(2), 21);
+  store.SetKey(O(2), 22);
+  store.Changed(O(4), EvChanged);
+  store.Changed(O(4), EvFocused);
+  store.Changed(O(4), EvChanged);
+  StoreObject &passing = store.Insert(11, 5);
+  store.Remove(passing);  // drops what was queued about it; not listed
+  store.Remove(O(9));     // never put off
+  store.SetKey(O(6), 65);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvDeleted, 9}}));
+  view.Suspend(0);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvDeleted, 9}, {EvChanged, 6}, {EvChanged, 4}, {EvChanged, 2}}));
+  view.Suspend(0);  // not suspended: nothing
+  EXPECT_EQ(view.recorder.heard.size(), 4u);
+
+  // Reload and clear empty the queue and act at once.
+  view.recorder.Reset();
+  view.Suspend(1);
+  store.SetKey(O(4), 45);
+  store.Add(12, 1);
+  store.Tell(EvReload);
+  view.Suspend(0);
+  view.Suspend(1);
+  store.SetKey(O(4), 46);
+  store.Tell(EvCleared);
+  view.Suspend(0);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}, {EvCleared, 0}}));
+}
+
+TEST_F(Notification, SmartSettlingReloadsForALongQueue) {
+  struct Case {
+    char const *name;
+    int smart;
+    int changes;  // objects changed while suspended, then a code 4 on 10
+    CodeIds expected;
+  };
+  Case const cases[] = {
+      {"half the list changed: one reload", 1, 5, {{EvReload, 0}}},
+      {"less than half (code 4 does not count): replayed", 1, 4,
+       {{EvFocused, 10}, {EvChanged, 4}, {EvChanged, 3}, {EvChanged, 2}, {EvChanged, 1}}},
+      {"not smart: always replayed", 0, 5,
+       {{EvFocused, 10}, {EvChanged, 5}, {EvChanged, 4}, {EvChanged, 3}, {EvChanged, 2},
+        {EvChanged, 1}}},
+  };
+  for (Case const &c : cases) {
+    SCOPED_TRACE(c.name);
+    ObjectStore local;
+    for (int id = 1; id <= 10; ++id) local.Add(id, 10 * id);
+    Sorted view(local);
+    view.SetNotificationSmart(c.smart);
+    view.Suspend(1);
+    for (int id = 1; id <= c.changes; ++id) local.Changed(*local.Find(id));
+    local.Changed(*local.Find(10), EvFocused);
+    view.Suspend(0);
+    EXPECT_EQ(view.recorder.heard, c.expected);
+  }
+  ObjectStore empty;  // an empty list with an empty queue reloads by force
+  Sorted view(empty);
+  view.SetNotificationSmart(1);
+  view.Suspend(1);
+  view.Suspend(0);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}}));
+}
+
+TEST_F(Notification, PerObjectNotifiersReachTheCollectionOnce) {
+  ObjectStore local;
+  for (int id = 1; id <= 6; ++id) local.Add(id, 10 * id, id % 2 == 0);
+  Sorted view(local);
+  StoreObject &even = *local.Find(4);
+  local.SetKey(even, 65);  // moves: its hook survives, and hears it once
+  local.SetKey(even, 66);
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvDeleted, 4}, {EvAdded, 4}, {EvChanged, 4}}));
+  EXPECT_EQ(view.Ids(), (Ids{1, 2, 3, 5, 6, 4}));
+  even.notifier->Notify(EvDeleted, SCC_HandleToData(even.Handle()));
+  EXPECT_EQ(even.notifier->HasListeners(), 0);  // the last object took its hook along
+}
+
+TEST_F(Notification, ListenersMayCallBack) {
+  Sorted view(store);
+  // Focus what comes in, look around while something goes, and move the
+  // cursor meanwhile: the position gets its number back afterwards.
+  view.recorder.action = [&](int code, SCC_Handle handle) {
+    if (code == EvAdded) view.SetFocus(handle, 1);
+    if (code == EvDeleted) {
+      EXPECT_EQ(view.GetAt(view.GetPositionByHandle(handle)), handle);
+      view.SetPosition(0);
+    }
+  };
+  view.SetPosition(3);
+  StoreObject &added = store.Insert(11, 15);
+  EXPECT_TRUE(view.IsInFocus(added.Handle(), nullptr));
+  store.Remove(O(7));
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvAdded, 11}, {EvFocused, 11}, {EvDeleted, 7}}));
+  EXPECT_EQ(view.GetPosition(), 3);
+  EXPECT_EQ(view.SliderId(), 3);
+
+  // A listener that reloads while an object moves: the object is taken out
+  // where it stands after the rebuild, and nothing else is lost.
+  view.recorder.Reset();
+  view.recorder.action = [&](int code, SCC_Handle) {
+    if (code == EvDeleted) view.Reload(1);
+  };
+  store.SetKey(O(2), 85);
+  EXPECT_EQ(view.Ids(), (Ids{1, 11, 3, 4, 5, 6, 8, 2, 9, 10}));
+  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvDeleted, 2}, {EvReload, 0}, {EvAdded, 2}}));
+
+  // A listener that leaves in the middle does not disturb the others.
+  IdRecorder second;
+  view.SetNotificationHandler(&second);
+  view.recorder.action = [&](int, SCC_Handle) { view.recorder.Leave(); };
+  store.SetKey(O(4), 41);
+  EXPECT_EQ(second.heard, (CodeIds{{EvChanged, 4}}));
+}
+
+// Every code of the table in the three states: what listeners hear, and in
+// which order, for one script of source events.
+TEST_F(Notification, EveryCodeInEveryState) {
+  enum State { kActive, kSuspended, kDisabled };
+  struct Case {
+    char const *name;
+    State state;
+    CodeIds whileRunning;  // heard during the script
+    CodeIds afterwards;    // heard when the node is enabled again
+  };
+  // Script: add 11 (key 55), change 2 in place, move 3 behind 8, code 4 on
+  // 4, delete 5, codes 8 and 77 on 6, a remapping, then suspend and resume
+  // from the source.
+  Case const cases[] = {
+      {"active", kActive,
+       {{EvAdded, 11}, {EvChanged, 2}, {EvDeleted, 3}, {EvAdded, 3}, {EvFocused, 4}, {EvDeleted, 5},
+        {EvRemapped, -1}, {EvSuspend, 0}, {EvResume, 0}},
+       {}},
+      // The deletion acts at once; the resume settles the queue, newest
+      // first, before it is passed on. When 4 is replayed, 3 has not yet
+      // moved away from before it, so 4 stands out of order and moves too.
+      {"suspended", kSuspended,
+       {{EvDeleted, 5}, {EvRemapped, -1}, {EvSuspend, 0}, {EvDeleted, 4}, {EvAdded, 4},
+        {EvDeleted, 3}, {EvAdded, 3}, {EvChanged, 2}, {EvAdded, 11}, {EvResume, 0}},
+       {}},
+      {"disabled", kDisabled, {}, {{EvReload, 0}}},
+  };
+  for (Case const &c : cases) {
+    SCOPED_TRACE(c.name);
+    ObjectStore local;
+    for (int id = 1; id <= 10; ++id) local.Add(id, 10 * id);
+    Sorted view(local);
+    if (c.state == kSuspended) view.Suspend(1);
+    if (c.state == kDisabled) view.EnableEvent(0);
+    ObjectStore::Remapping none;
+    local.Insert(11, 55);
+    local.SetKey(*local.Find(2), 21);
+    local.SetKey(*local.Find(3), 85);
+    local.Changed(*local.Find(4), EvFocused);
+    local.Remove(*local.Find(5));
+    local.Changed(*local.Find(6), EvPropertyChanged);
+    local.Changed(*local.Find(6), 77);
+    local.Tell(EvRemapped, &none);
+    local.Tell(EvSuspend);
+    local.Tell(EvResume);
+    CodeIds heard = view.recorder.heard;
+    for (auto &entry : heard) {
+      if (entry.first == EvRemapped) entry.second = -1;
+    }
+    EXPECT_EQ(heard, c.whileRunning);
+    view.recorder.Reset();
+    view.Suspend(0);  // a disabled node replays nothing
+    view.EnableEvent(1);
+    EXPECT_EQ(view.recorder.heard, c.afterwards);
+    EXPECT_EQ(view.GetSize(), 10);
+  }
+}
+
+}  // namespace
+}  // namespace tovik_test

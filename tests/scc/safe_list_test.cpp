@@ -1,0 +1,434 @@
+// The safe list: walks that survive the removal and destruction of any node.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "scc_safe_list.h"
+#include "test_support.h"
+
+using tovik_test::Counted;
+using tovik_test::CountedLeakGuard;
+
+namespace {
+
+struct Item : SCC_SafeDListNode<Item> {
+  explicit Item(char n) : name(n), payload(n) {}
+  char name;
+  Counted payload;
+};
+
+using List = SCC_SafeDList<Item>;
+using Iterator = SCC_SafeDListIterator<Item>;
+
+// Makes heap items named by the letters of names, added at the tail.
+std::map<char, Item *> Fill(List &list, char const *names) {
+  std::map<char, Item *> items;
+  for (char const *c = names; *c != '\0'; ++c) items[*c] = list.AddTail(new Item(*c));
+  return items;
+}
+
+// The names from head to tail; checks the ring both ways on the way.
+std::string Names(List const &list) {
+  std::string text;
+  _SCC_SafeDListNode const *before = &list.root;
+  for (Item *item = list.GetHead(); item != nullptr; item = item->GetNextInList()) {
+    EXPECT_EQ(item->prev, before) << "broken back link at " << item->name;
+    text += item->name;
+    before = item;
+  }
+  EXPECT_EQ(list.root.prev, before) << "the ring does not close at the root";
+  return text;
+}
+
+// The usual walk: the main iterator steps before the work on each node.
+std::string Walk(List &list, std::function<void(Item *)> const &work) {
+  std::string seen;
+  Iterator it(list.GetHead());
+  while (*it != nullptr) {
+    Iterator here = it++;
+    seen += (*here)->name;
+    work(*here);
+  }
+  EXPECT_EQ(it.GetList(), nullptr) << "a finished walk stands in no node's iterator list";
+  return seen;
+}
+
+void ExpectAlone(Item const &item) {
+  EXPECT_TRUE(item.IsAlone());
+  EXPECT_EQ(item.next, &item);
+  EXPECT_EQ(item.prev, &item);
+}
+
+// A list that records what its NotifyList is told.
+class Recording : public List {
+ public:
+  void NotifyList(int code, Item *node) override {
+    told += std::to_string(code) + (node != nullptr ? node->name : '-') + " ";
+    List::NotifyList(code, node);
+  }
+  std::string told;
+};
+
+// A reference node a user hangs in an item's iterator list.
+struct Watcher : SCC_DListRefNode {
+  int OnNotification(int code, void *data) override {
+    heard += std::to_string(code) + " ";
+    lastData = data;
+    return code;
+  }
+  std::string heard;
+  void *lastData = nullptr;
+};
+
+TEST(SafeList, LinksAndCounts) {
+  CountedLeakGuard guard;
+  List list;
+  EXPECT_TRUE(list.IsEmpty());
+  EXPECT_EQ(list.GetHead(), nullptr);
+  EXPECT_EQ(list.GetTail(), nullptr);
+  EXPECT_NE(list.root.next, nullptr) << "an empty ring closes on the root";
+  EXPECT_EQ(list.root.next, &list.root);
+  EXPECT_EQ(list.GetCount(), 0);
+
+  Item c('c'), a('a'), e('e'), b('b'), d('d');
+  EXPECT_EQ(list.AddTail(&c), &c);
+  list.AddHead(&a);
+  list.AddTail(&e);
+  EXPECT_EQ(list.InsertAfter(&a, &b), &b);
+  EXPECT_EQ(list.InsertBefore(&e, &d), &d);
+  EXPECT_EQ(Names(list), "abcde");
+  EXPECT_EQ(list.GetCount(), 5);
+  EXPECT_FALSE(list.IsEmpty());
+  EXPECT_EQ(list.GetHead(), &a);
+  EXPECT_EQ(list.GetTail(), &e);
+  EXPECT_EQ(a.GetPrevInList(), nullptr);
+  EXPECT_EQ(e.GetNextInList(), nullptr);
+  EXPECT_EQ(c.GetPrevInList(), &b);
+  EXPECT_TRUE(list.IsValid());
+
+  // A null or loose position means the tail before and the head after.
+  Item f('f'), g('g'), loose('l');
+  list.InsertBefore(nullptr, &f);
+  list.InsertAfter(&loose, &g);
+  EXPECT_EQ(Names(list), "gabcdef");
+  ExpectAlone(loose);
+  list.RemoveAll();
+}
+
+TEST(SafeList, RemoveLeavesTheNodeAlone) {
+  Recording list;
+  Item a('a'), b('b'), c('c');
+  list.AddTail(&a);
+  list.AddTail(&b);
+  list.AddTail(&c);
+  EXPECT_EQ(list.told, "1a 1b 1c ");
+  list.told.clear();
+
+  EXPECT_EQ(list.Remove(&b), &b);
+  ExpectAlone(b);
+  EXPECT_EQ(b.GetNextInList(), nullptr);
+  EXPECT_EQ(Names(list), "ac");
+  EXPECT_EQ(list.RemoveHead(), &a);
+  EXPECT_EQ(list.RemoveTail(), &c);
+  EXPECT_TRUE(list.IsEmpty());
+  EXPECT_EQ(list.RemoveHead(), nullptr);
+  EXPECT_EQ(list.RemoveTail(), nullptr);
+  EXPECT_EQ(list.Remove(nullptr), nullptr);
+  EXPECT_EQ(list.told, "2b 2a 2c ");
+
+  // A removed node's destruction finds itself alone and touches no list.
+  {
+    Item gone('g');
+    list.AddTail(&gone);
+    list.Remove(&gone);
+    list.AddTail(&a);
+  }
+  EXPECT_EQ(Names(list), "a");
+  list.RemoveAll();
+}
+
+TEST(SafeList, WalkSurvivesDestructionOfAnyNode) {
+  CountedLeakGuard guard;
+  struct Case {
+    char const *name;
+    char const *names;
+    char workOn;
+    char const *destroy;  // nodes the work on workOn destroys
+    char const *walked;
+    char const *left;
+  };
+  Case const cases[] = {
+      {"the next node", "abc", 'a', "b", "ac", "ac"},
+      {"the current node", "abc", 'a', "a", "abc", "bc"},
+      {"an earlier node", "abc", 'b', "a", "abc", "bc"},
+      {"the last node, from itself", "abc", 'c', "c", "abc", "ab"},
+      {"the next two nodes", "abcd", 'a', "bc", "ad", "ad"},
+      {"the next node, then the current", "abcd", 'b', "cb", "abd", "ad"},
+      {"every node", "abcd", 'b', "dcab", "ab", ""},
+  };
+  for (Case const &c : cases) {
+    SCOPED_TRACE(c.name);
+    List list;
+    std::map<char, Item *> items = Fill(list, c.names);
+    std::string const walked = Walk(list, [&](Item *item) {
+      if (item->name != c.workOn) return;
+      for (char const *d = c.destroy; *d != '\0'; ++d) delete items[*d];
+    });
+    EXPECT_EQ(walked, c.walked);
+    EXPECT_EQ(Names(list), c.left);
+    list.DeleteAll();
+  }
+}
+
+TEST(SafeList, WalkSurvivesRemovalOfNodes) {
+  CountedLeakGuard guard;
+  List list;
+  std::map<char, Item *> items = Fill(list, "abcd");
+  // The work on b takes c out (it lives on, alone) and puts it back at the end.
+  std::string const walked = Walk(list, [&](Item *item) {
+    if (item->name == 'b') {
+      list.Remove(items['c']);
+      ExpectAlone(*items['c']);
+      list.AddTail(items['c']);
+    }
+  });
+  EXPECT_EQ(walked, "abdc");
+  EXPECT_EQ(Names(list), "abdc");
+
+  // Removing everything from inside a walk ends it: the nodes are alone, and
+  // an iterator on a node alone steps off.
+  std::string const cut = Walk(list, [&](Item *item) {
+    if (item->name == 'a') list.RemoveAll();
+  });
+  EXPECT_EQ(cut, "ab") << "nobody is told of RemoveAll: the walk ends one step later";
+  for (auto const &entry : items) ExpectAlone(*entry.second);
+  for (auto const &entry : items) delete entry.second;
+}
+
+TEST(SafeList, NestedWalks) {
+  CountedLeakGuard guard;
+  List list;
+  std::map<char, Item *> items = Fill(list, "abcde");
+  std::string inner;
+  std::string const outer = Walk(list, [&](Item *item) {
+    if (item->name != 'b') return;
+    // The outer walk stands ahead on c while this walk runs over the list.
+    inner = Walk(list, [&](Item *innerItem) {
+      if (innerItem->name == 'a') delete items['c'];  // under the outer iterator
+      if (innerItem->name == 'd') delete items['d'];  // where both walks stand
+    });
+  });
+  EXPECT_EQ(inner, "abde");
+  EXPECT_EQ(outer, "abe");
+  EXPECT_EQ(Names(list), "abe");
+  list.DeleteAll();
+}
+
+TEST(SafeList, IteratorsHearRemovalsFromOutside) {
+  List list;
+  Item a('a'), b('b'), c('c');
+  list.AddTail(&a);
+  list.AddTail(&b);
+  list.AddTail(&c);
+
+  Iterator onLast(&c);
+  Iterator onMiddle(&b);
+  EXPECT_EQ(onLast.GetList(), &c) << "an iterator stands in its node's iterator list";
+  list.Remove(&c);
+  EXPECT_EQ(*onLast, nullptr);
+  EXPECT_EQ(onLast.GetList(), nullptr);
+  list.Remove(&b);
+  EXPECT_EQ(*onMiddle, nullptr) << "b's follower was the root";
+  list.AddTail(&b);
+  list.AddTail(&c);
+
+  // Sent on to the next node, the iterator hears when that one goes too.
+  Iterator onA(&a);
+  list.Remove(&a);
+  EXPECT_EQ(*onA, &b);
+  EXPECT_EQ(onA.GetList(), &b);
+  list.Remove(&b);
+  EXPECT_EQ(*onA, &c);
+  onA.Step();
+  EXPECT_EQ(*onA, nullptr);
+
+  // An iterator on a node in no list steps off instead of circling.
+  Iterator onLoose(&a);
+  onLoose.Step();
+  EXPECT_EQ(*onLoose, nullptr);
+  list.RemoveAll();
+}
+
+TEST(SafeList, DeleteAllDetachesIterators) {
+  CountedLeakGuard guard;
+  int const destructionsBefore = Counted::destructions;
+  Recording list;
+  std::map<char, Item *> items = Fill(list, "abc");
+  list.told.clear();
+  Iterator first(items['a']);
+  Iterator second(items['c']);
+
+  list.DeleteAll();
+  EXPECT_TRUE(list.IsEmpty());
+  EXPECT_EQ(*first, nullptr);
+  EXPECT_EQ(*second, nullptr);
+  EXPECT_EQ(first.GetList(), nullptr);
+  EXPECT_EQ(second.GetList(), nullptr);
+  EXPECT_EQ(Counted::destructions - destructionsBefore, 3);
+  EXPECT_EQ(list.told, "6- 2a 2b 2c ");
+
+  // From inside a walk, DeleteAll ends the walk.
+  items = Fill(list, "abc");
+  EXPECT_EQ(Walk(list, [&](Item *) { list.DeleteAll(); }), "a");
+}
+
+TEST(SafeList, NodesOutliveTheirList) {
+  CountedLeakGuard guard;
+  Item a('a'), b('b');
+  Iterator onB(&b);
+  {
+    Recording list;
+    list.AddTail(&a);
+    list.AddTail(&b);
+    list.told.clear();
+  }
+  ExpectAlone(a);
+  ExpectAlone(b);
+  EXPECT_EQ(*onB, &b) << "nobody hears the list go";
+  onB.Step();
+  EXPECT_EQ(*onB, nullptr);
+
+  // A node destroyed while iterators still stand on it leaves them nowhere.
+  Item *doomed = new Item('x');
+  Iterator stuck(doomed);
+  delete doomed;
+  EXPECT_EQ(*stuck, nullptr);
+  EXPECT_EQ(stuck.GetList(), nullptr);
+}
+
+TEST(SafeList, TakeOver) {
+  CountedLeakGuard guard;
+  Recording list;
+  List other;
+  Item mine('m'), x('x'), y('y'), z('z');
+  list.AddTail(&mine);
+  other.AddTail(&x);
+  other.AddTail(&y);
+  other.AddTail(&z);
+  Iterator onY(&y);
+  list.told.clear();
+
+  list.TakeOver(other);
+  EXPECT_EQ(list.told, "6- 5- ");
+  EXPECT_TRUE(other.IsEmpty());
+  EXPECT_EQ(Names(other), "");
+  EXPECT_EQ(Names(list), "xyz");
+  ExpectAlone(mine);
+  // An iterator goes on in the list that took its node.
+  onY.Step();
+  EXPECT_EQ(*onY, &z);
+  // A destroyed node finds its new list.
+  {
+    Item w('w');
+    list.InsertAfter(&x, &w);
+    EXPECT_EQ(Names(list), "xwyz");
+  }
+  EXPECT_EQ(Names(list), "xyz");
+
+  list.told.clear();
+  list.TakeOver(list);
+  EXPECT_EQ(Names(list), "xyz");
+  EXPECT_EQ(list.told, "");
+  list.TakeOver(other);
+  EXPECT_TRUE(list.IsEmpty());
+}
+
+TEST(SafeList, InsertingANodeOfAnotherListMovesIt) {
+  Recording from;
+  Recording to;
+  Item a('a'), b('b'), c('c');
+  from.AddTail(&a);
+  from.AddTail(&b);
+  to.AddTail(&c);
+  Iterator onA(&a);
+  from.told.clear();
+  to.told.clear();
+
+  to.AddTail(&a);
+  EXPECT_EQ(from.told, "2a ");
+  EXPECT_EQ(to.told, "1a ");
+  EXPECT_EQ(*onA, &b) << "the iterator stays in the list it walked";
+  EXPECT_EQ(Names(from), "b");
+  EXPECT_EQ(Names(to), "ca");
+
+  // Within one list: a move, but a node at its place already stays put.
+  to.told.clear();
+  to.AddHead(&a);
+  EXPECT_EQ(Names(to), "ac");
+  to.AddHead(&a);
+  to.InsertBefore(&a, &a);
+  EXPECT_EQ(to.told, "2a 1a ");
+  EXPECT_EQ(Names(to), "ac");
+  from.RemoveAll();
+  to.RemoveAll();
+}
+
+TEST(SafeList, NodesTellTheirReferences) {
+  List list;
+  Item a('a'), b('b');
+  list.AddTail(&a);
+  Watcher watcher;
+  b.AddTail(&watcher);
+
+  list.AddTail(&b);
+  list.Remove(&b);
+  EXPECT_EQ(watcher.heard, "1 2 ");
+  _SCC_SafeDListNode *node = &b;
+  EXPECT_EQ(watcher.lastData, static_cast<void *>(node));
+  EXPECT_EQ(watcher.GetList(), &b) << "a reference that is no iterator stays";
+
+  // The list is sound only while each node's references name that node.
+  list.AddTail(&b);
+  EXPECT_TRUE(list.IsValid());
+  watcher.list = &a;
+  EXPECT_FALSE(list.IsValid());
+  watcher.list = &b;
+  list.RemoveAll();
+}
+
+TEST(SafeList, CopiesOfNodesAndIterators) {
+  List list;
+  Item a('a'), b('b');
+  list.AddTail(&a);
+  list.AddTail(&b);
+  Iterator onA(&a);
+
+  Item copy(a);
+  ExpectAlone(copy);
+  EXPECT_TRUE(copy.IsEmpty()) << "a copy has no iterators";
+  EXPECT_EQ(a.GetCount(), 1);
+  copy.name = 'c';
+  a = copy;  // the element is copied, not its place
+  EXPECT_EQ(Names(list), "cb");
+  a.name = 'a';
+
+  Iterator second(onA);
+  EXPECT_EQ(*second, &a);
+  EXPECT_EQ(second.GetList(), &a);
+  EXPECT_EQ(a.GetCount(), 2);
+  Iterator third(&b);
+  third = onA;
+  EXPECT_EQ(*third, &a);
+  EXPECT_TRUE(b.IsEmpty());
+  list.Remove(&a);
+  EXPECT_EQ(*onA, &b);
+  EXPECT_EQ(*second, &b);
+  EXPECT_EQ(*third, &b);
+  EXPECT_EQ(b.GetCount(), 3);
+  list.RemoveAll();
+}
+
+}  // namespace
