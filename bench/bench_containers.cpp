@@ -5,13 +5,25 @@
 // once, before it is timed, so that a fast wrong answer cannot pass.
 #include <benchmark/benchmark.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
+#include <new>
 #include <random>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
+#if TOVIK_HAVE_ABSL
+#include <absl/container/node_hash_map.h>
+#endif
+
 #include "scc_array.h"
+#include "scc_map.h"
+#include "sys_string.h"
 
 namespace {
 
@@ -204,6 +216,236 @@ void ArrayFind_StdEqualRange(benchmark::State &state) {
 }
 BENCHMARK(ArrayFind_Tovik)->Arg(1000000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ArrayFind_StdEqualRange)->Arg(1000000)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+// ===========================================================================
+// Hash map
+// ===========================================================================
+
+// Every allocation of the program is counted by its usable size, so that a
+// map's footprint per entry (nodes, buckets and the allocator's rounding)
+// can be read off around its construction.
+namespace {
+std::size_t liveBytes = 0;
+
+void *Allocate(std::size_t n) {
+  void *const p = std::malloc(n == 0 ? 1 : n);
+  if (p == nullptr) throw std::bad_alloc();
+  liveBytes += malloc_usable_size(p);
+  return p;
+}
+void Release(void *p) noexcept {
+  if (p == nullptr) return;
+  liveBytes -= malloc_usable_size(p);
+  std::free(p);
+}
+}  // namespace
+
+void *operator new(std::size_t n) { return Allocate(n); }
+void *operator new[](std::size_t n) { return Allocate(n); }
+void *operator new(std::size_t n, std::nothrow_t const &) noexcept {
+  try {
+    return Allocate(n);
+  } catch (std::bad_alloc const &) {
+    return nullptr;
+  }
+}
+void *operator new[](std::size_t n, std::nothrow_t const &) noexcept {
+  return operator new(n, std::nothrow);
+}
+void operator delete(void *p) noexcept { Release(p); }
+void operator delete[](void *p) noexcept { Release(p); }
+void operator delete(void *p, std::size_t) noexcept { Release(p); }
+void operator delete[](void *p, std::size_t) noexcept { Release(p); }
+void operator delete(void *p, std::nothrow_t const &) noexcept { Release(p); }
+void operator delete[](void *p, std::nothrow_t const &) noexcept { Release(p); }
+
+namespace {
+
+// n distinct keys in random order, and n other keys that none of them equals.
+struct KeySet {
+  std::vector<int> present;
+  std::vector<int> absent;
+};
+
+KeySet const &Keys(std::int64_t n) {
+  static std::unordered_map<std::int64_t, std::unique_ptr<KeySet>> cache;
+  std::unique_ptr<KeySet> &slot = cache[n];
+  if (!slot) {
+    std::mt19937 random(static_cast<unsigned>(n));
+    std::vector<int> all;
+    while (static_cast<std::int64_t>(all.size()) < 2 * n) {
+      for (std::int64_t i = static_cast<std::int64_t>(all.size()); i < 3 * n; ++i) {
+        all.push_back(static_cast<int>(random() & 0x7FFFFFFF));
+      }
+      std::sort(all.begin(), all.end());
+      all.erase(std::unique(all.begin(), all.end()), all.end());
+    }
+    std::shuffle(all.begin(), all.end(), random);
+    slot.reset(new KeySet);
+    slot->present.assign(all.begin(), all.begin() + n);
+    slot->absent.assign(all.begin() + n, all.begin() + 2 * n);
+  }
+  return *slot;
+}
+
+// The adapters give every map the same three operations. Text keys are made
+// once, before timing, in each map's own string type.
+std::string Text(int key) { return "net" + std::to_string(key); }
+
+template <class Key>
+std::vector<Key> MakeKeys(std::vector<int> const &keys) {
+  std::vector<Key> out;
+  out.reserve(keys.size());
+  for (int k : keys) {
+    if constexpr (std::is_same<Key, int>::value) {
+      out.push_back(k);
+    } else {
+      out.push_back(Key(Text(k).c_str()));
+    }
+  }
+  return out;
+}
+
+template <class K>
+struct TovikMap {
+  typedef K Key;
+  SCC_Map<K, int> map;
+  void Insert(K const &key, int value) { map.Insert(key, value); }
+  int const *Find(K const &key) const { return map.Find(key); }
+  std::size_t Size() const { return static_cast<std::size_t>(map.GetCount()); }
+  double Load() const { return static_cast<double>(map.GetCount()) / map.GetTableSize(); }
+};
+
+template <class K>
+struct StdMap {
+  typedef K Key;
+  std::unordered_map<K, int> map;
+  void Insert(K const &key, int value) { map.emplace(key, value); }
+  int const *Find(K const &key) const {
+    auto const it = map.find(key);
+    return it != map.end() ? &it->second : nullptr;
+  }
+  std::size_t Size() const { return map.size(); }
+  double Load() const { return map.load_factor(); }
+};
+
+#if TOVIK_HAVE_ABSL
+template <class K>
+struct AbslMap {
+  typedef K Key;
+  absl::node_hash_map<K, int> map;
+  void Insert(K const &key, int value) { map.emplace(key, value); }
+  int const *Find(K const &key) const {
+    auto const it = map.find(key);
+    return it != map.end() ? &it->second : nullptr;
+  }
+  std::size_t Size() const { return map.size(); }
+  double Load() const { return static_cast<double>(map.size()) / static_cast<double>(map.capacity()); }
+};
+#endif
+
+template <class Map>
+std::unique_ptr<Map> Build(std::vector<typename Map::Key> const &keys) {
+  std::unique_ptr<Map> map(new Map);
+  int value = 0;
+  for (auto const &key : keys) map->Insert(key, value++);
+  return map;
+}
+
+// Builds a map of n keys, one insertion at a time; reports bytes per entry
+// and the entries per bucket (or slot) of the finished map.
+template <class Map>
+void MapInsert(benchmark::State &state) {
+  auto const keys = MakeKeys<typename Map::Key>(Keys(state.range(0)).present);
+  {
+    std::size_t const before = liveBytes;
+    auto const map = Build<Map>(keys);
+    std::size_t const bytes = liveBytes - before;
+    if (map->Size() != keys.size() || *map->Find(keys.back()) != static_cast<int>(keys.size()) - 1) {
+      state.SkipWithError("wrong map");
+    }
+    state.counters["bytes/entry"] = static_cast<double>(bytes) / static_cast<double>(keys.size());
+    state.counters["load"] = map->Load();
+  }
+  for (auto _ : state) {
+    auto map = Build<Map>(keys);
+    benchmark::DoNotOptimize(map.get());
+    state.PauseTiming();
+    map.reset();
+    state.ResumeTiming();
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(keys.size()));
+}
+
+// Looks every key up once, in an order unrelated to the insertion order.
+template <class Map>
+void MapFindHit(benchmark::State &state) {
+  KeySet const &set = Keys(state.range(0));
+  auto const map = Build<Map>(MakeKeys<typename Map::Key>(set.present));
+  std::vector<int> order(set.present.size());
+  for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<int>(i);
+  std::shuffle(order.begin(), order.end(), std::mt19937(7));
+  std::vector<int> probeKeys;
+  std::int64_t expected = 0;
+  for (int i : order) {
+    probeKeys.push_back(set.present[static_cast<std::size_t>(i)]);
+    expected += i;
+  }
+  auto const probes = MakeKeys<typename Map::Key>(probeKeys);
+  std::int64_t sum = 0;
+  for (auto const &key : probes) sum += *map->Find(key);
+  if (sum != expected) state.SkipWithError("wrong values");
+  for (auto _ : state) {
+    for (auto const &key : probes) benchmark::DoNotOptimize(map->Find(key));
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(probes.size()));
+}
+
+// Looks up as many keys that are not in the map.
+template <class Map>
+void MapFindMiss(benchmark::State &state) {
+  KeySet const &set = Keys(state.range(0));
+  auto const map = Build<Map>(MakeKeys<typename Map::Key>(set.present));
+  auto const probes = MakeKeys<typename Map::Key>(set.absent);
+  for (auto const &key : probes) {
+    if (map->Find(key) != nullptr) {
+      state.SkipWithError("found an absent key");
+      break;
+    }
+  }
+  for (auto _ : state) {
+    for (auto const &key : probes) benchmark::DoNotOptimize(map->Find(key));
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(probes.size()));
+}
+
+void MapSizes(benchmark::internal::Benchmark *b) {
+  b->Arg(1000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMicrosecond);
+}
+
+#define TOVIK_MAP_BENCH(Map)                   \
+  BENCHMARK_TEMPLATE(MapInsert, Map)->Apply(MapSizes); \
+  BENCHMARK_TEMPLATE(MapFindHit, Map)->Apply(MapSizes); \
+  BENCHMARK_TEMPLATE(MapFindMiss, Map)->Apply(MapSizes)
+
+typedef TovikMap<int> TovikIntMap;
+typedef StdMap<int> StdIntMap;
+typedef TovikMap<SYS_String> TovikTextMap;
+typedef StdMap<std::string> StdTextMap;
+TOVIK_MAP_BENCH(TovikIntMap);
+TOVIK_MAP_BENCH(StdIntMap);
+#if TOVIK_HAVE_ABSL
+typedef AbslMap<int> AbslIntMap;
+TOVIK_MAP_BENCH(AbslIntMap);
+#endif
+TOVIK_MAP_BENCH(TovikTextMap);
+TOVIK_MAP_BENCH(StdTextMap);
+#if TOVIK_HAVE_ABSL
+typedef AbslMap<std::string> AbslTextMap;
+TOVIK_MAP_BENCH(AbslTextMap);
+#endif
 
 }  // namespace
 

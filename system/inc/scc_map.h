@@ -59,35 +59,15 @@ TOVIK_API std::int32_t SCC_MapHash(K const &key, std::int32_t size) {
 
 namespace tovik_detail {
 
-// x % size, by a multiplication where size is one of the table sizes.
-template <class U>
-inline U TableRemainder(U x, std::int32_t size) {
-  switch (size) {
-    case 53: return x % 53u;
-    case 107: return x % 107u;
-    case 223: return x % 223u;
-    case 449: return x % 449u;
-    case 907: return x % 907u;
-    case 1823: return x % 1823u;
-    case 3643: return x % 3643u;
-    case 7297: return x % 7297u;
-    case 14593: return x % 14593u;
-    case 29191: return x % 29191u;
-    case 58391: return x % 58391u;
-    case 116789: return x % 116789u;
-    case 233591: return x % 233591u;
-    case 467183: return x % 467183u;
-    default: return x % static_cast<U>(size);
-  }
-}
-
 // SCC_Hash of a signed integer (remainder by size, moved into 0 to size - 1)
-// for a size of 1 or more, with the remainder taken by TableRemainder.
+// for a size of 1 or more, by the unsigned remainder of the key's magnitude,
+// which is cheaper than the signed remainder of a wider type.
 template <class S, class U>
-inline std::int32_t SignedTableSlot(S key, std::int32_t size) {
-  if (key >= 0) return static_cast<std::int32_t>(TableRemainder(static_cast<U>(key), size));
-  U const r = TableRemainder(static_cast<U>(U(0) - static_cast<U>(key)), size);
-  return r == 0 ? 0 : size - static_cast<std::int32_t>(r);
+inline std::int32_t SignedSlot(S key, std::int32_t size) {
+  bool const negative = key < 0;
+  U const magnitude = negative ? U(0) - static_cast<U>(key) : static_cast<U>(key);
+  auto const r = static_cast<std::int32_t>(magnitude % static_cast<U>(size));
+  return negative && r != 0 ? size - r : r;
 }
 
 // How a map hashes keys with its default hash function and tells two keys
@@ -102,7 +82,7 @@ struct MapKey {
 template <>
 struct MapKey<int> {
   static std::int32_t Hash(int key, std::int32_t size) {
-    return SignedTableSlot<int, std::uint32_t>(key, size);
+    return SignedSlot<int, std::uint32_t>(key, size);
   }
   static bool Equal(int a, int b) { return a == b; }
 };
@@ -110,7 +90,7 @@ struct MapKey<int> {
 template <>
 struct MapKey<std::int64_t> {
   static std::int32_t Hash(std::int64_t key, std::int32_t size) {
-    return SignedTableSlot<std::int64_t, std::uint64_t>(key, size);
+    return SignedSlot<std::int64_t, std::uint64_t>(key, size);
   }
   static bool Equal(std::int64_t a, std::int64_t b) { return a == b; }
 };
@@ -120,14 +100,9 @@ struct MapKey<SYS_String> {
   static std::int32_t Hash(SYS_String const &key, std::int32_t size) {
     return SCC_Hash(key, size);
   }
-  // Texts compare up to their first NUL. Equal lengths and bytes settle the
-  // common case, a hit, without a call; anything else asks the full compare.
+  // SCC_Compare(a, b) == 0, without its two calls: texts end at their first NUL.
   static bool Equal(SYS_String const &a, SYS_String const &b) {
-    char const *const p = a;
-    char const *const q = b;
-    int const n = a.GetLength();
-    if (n == b.GetLength() && std::memcmp(p, q, static_cast<std::size_t>(n)) == 0) return true;
-    return std::strcmp(p, q) == 0;
+    return std::strcmp(a, b) == 0;
   }
 };
 
@@ -243,10 +218,9 @@ class TOVIK_API SCC_Map : public SCC_Notifier {
 
   // The hash of key for a table of size buckets, by hashFunction.
   std::int32_t HashOf(K const &key, std::int32_t size) const {
-    if (hashFunction == &SCC_MapHash<K> || hashFunction == nullptr) {
-      return tovik_detail::MapKey<K>::Hash(key, size);
-    }
-    return hashFunction(key, size);
+    std::int32_t hash;
+    Place(key, size, hash);
+    return hash;
   }
   // The bucket of a hash: the hash modulo size, taken unsigned, so that a
   // hash function giving a value out of range still names a bucket.
@@ -257,17 +231,31 @@ class TOVIK_API SCC_Map : public SCC_Notifier {
   }
 
  private:
+  // Stores the hash of key for a table of size buckets in hash and returns
+  // its bucket. The default function gives a bucket already, and is inline.
+  std::int32_t Place(K const &key, std::int32_t size, std::int32_t &hash) const {
+    if (hashFunction == &SCC_MapHash<K> || hashFunction == nullptr) {
+      hash = tovik_detail::MapKey<K>::Hash(key, size);
+      return hash;
+    }
+    hash = hashFunction(key, size);
+    return BucketOf(hash, size);
+  }
+
   // A chain this long makes the map grow.
   static constexpr int kLongChain = 5;
 
   // The buckets are made here and only here, as plain SCC_SDList<Node>: so
   // their list events are called directly, without the virtual dispatch.
-  static Bucket *NewTable(std::int32_t size) { return new (std::nothrow) Bucket[size]; }
+  // Sizes are at least 1; taken unsigned, no size can overflow the request.
+  static Bucket *NewTable(std::int32_t size) {
+    return new (std::nothrow) Bucket[static_cast<std::uint32_t>(size)];
+  }
 
   Node *FindNode(K const &key) const {
     if (table == nullptr) return nullptr;
-    std::int32_t const h = HashOf(key, tableSize);
-    Node *node = table[BucketOf(h, tableSize)].head;
+    std::int32_t h;
+    Node *node = table[Place(key, tableSize, h)].head;
     while (node != nullptr && (node->hash != h || !tovik_detail::MapKey<K>::Equal(node->key, key))) {
       node = node->next;
     }
@@ -322,15 +310,7 @@ class TOVIK_API SCC_MapIterator : public SCC_SListIterator<SCC_MapNode<K, V>> {
   // from 0 up, whose OnIteratorStart is told. On nothing for an empty map.
   void Start(SCC_Map<K, V> &m) {
     map = &m;
-    bucket = 0;
-    this->current = nullptr;
-    if (m.table == nullptr) return;
-    for (; bucket < m.tableSize; ++bucket) {
-      if (m.table[bucket].head != nullptr) {
-        Base::Start(m.table[bucket]);
-        return;
-      }
-    }
+    if (SeekBucket(0)) Base::Start(m.table[bucket]);
   }
   // Stands on the front of the first non-empty bucket from first up; on
   // nothing, with bucket at the table size, if there is none. 1 if on an entry.
@@ -389,8 +369,8 @@ class TOVIK_API SCC_MapIterator : public SCC_SListIterator<SCC_MapNode<K, V>> {
 template <class K, class V>
 V *SCC_Map<K, V>::Add(K const &key, V const *value) {
   if (table == nullptr && (table = NewTable(tableSize)) == nullptr) return nullptr;
-  std::int32_t const h = HashOf(key, tableSize);
-  Bucket &chain = table[BucketOf(h, tableSize)];
+  std::int32_t h;
+  Bucket &chain = table[Place(key, tableSize, h)];
   if (unique != 0) {
     for (Node const *node = chain.head; node != nullptr; node = node->next) {
       if (node->hash == h && tovik_detail::MapKey<K>::Equal(node->key, key)) return nullptr;
@@ -443,35 +423,30 @@ void SCC_Map<K, V>::Grow() {
   if (newSize == 0) return;
   Bucket *const newTable = NewTable(newSize);
   if (newTable == nullptr) return;
-  // The last node of each new chain, so that linking at the end costs no
-  // walk; without memory for them, the chains are walked.
-  Node **const tails = new (std::nothrow) Node *[newSize]();
+  // Each node is linked at the end of its new chain. Linking at the front
+  // and turning every chain round afterwards gives the same order without a
+  // walk to the end or a table of ends.
   for (std::int32_t b = 0; b < tableSize; ++b) {
     Bucket &from = table[b];
     while (Node *const node = from.head) {
       from.Bucket::OnListEvent(EvDeleted, node);
       from.head = node->next;
-      node->next = nullptr;
-      node->hash = HashOf(node->key, newSize);
-      std::int32_t const index = BucketOf(node->hash, newSize);
-      Bucket &to = newTable[index];
-      Node *last = nullptr;
-      if (tails != nullptr) {
-        last = tails[index];
-        tails[index] = node;
-      } else {
-        for (last = to.head; last != nullptr && last->next != nullptr; last = last->next) {
-        }
-      }
-      if (last != nullptr) {
-        last->next = node;
-      } else {
-        to.head = node;
-      }
+      Bucket &to = newTable[Place(node->key, newSize, node->hash)];
+      node->next = to.head;
+      to.head = node;
       to.Bucket::OnListEvent(EvAdded, node);
     }
   }
-  delete[] tails;
+  for (std::int32_t b = 0; b < newSize; ++b) {
+    Node *reversed = nullptr;
+    for (Node *node = newTable[b].head; node != nullptr;) {
+      Node *const next = node->next;
+      node->next = reversed;
+      reversed = node;
+      node = next;
+    }
+    newTable[b].head = reversed;
+  }
   delete[] table;
   table = newTable;
   tableSize = newSize;

@@ -5,7 +5,6 @@
 #include <climits>
 #include <cstdint>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include "test_support.h"
