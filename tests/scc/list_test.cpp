@@ -166,11 +166,9 @@ TEST(SList, LinksWalksAndUnlinks) {
 
   {
     SCC_SList<SNode> scoped;
-    scoped.AddHead(&n1);
-    scoped.AddHead(&n2);
+    for (SNode *n : {&n1, &n2}) scoped.AddHead(n);
   }
-  EXPECT_EQ(n1.next, nullptr);
-  EXPECT_EQ(n2.next, nullptr);
+  EXPECT_TRUE(n1.next == nullptr && n2.next == nullptr);
 }
 
 TEST(SDList, OwnsItsNodes) {
