@@ -88,7 +88,6 @@ TEST_F(RefDListTest, MovingANodeLeavesTheOldListFirst) {
   a.AddTail(&x);
   a.AddTail(&y);
   Journal();
-
   b.AddTail(&x);
   EXPECT_EQ(Journal(), "A2x B1x");
   EXPECT_EQ(Names(a), "y");
@@ -152,8 +151,7 @@ TEST_F(RefDListTest, EndsAndFallbacks) {
 TEST_F(RefDListTest, MergeMovesFrontFirstToTheTail) {
   Journaled a('A'), b('B'), empty('E');
   Ref n1('1'), n2('2'), n3('3');
-  b.AddTail(&n1);
-  b.AddTail(&n2);
+  for (Ref *r : {&n1, &n2}) b.AddTail(r);
   a.AddTail(&n3);
   Journal();
 
@@ -173,10 +171,8 @@ TEST_F(RefDListTest, MergeMovesFrontFirstToTheTail) {
 TEST_F(RefDListTest, AssignmentTakesTheNodes) {
   Journaled a('A'), b('B');
   Ref old1('o'), old2('p'), n1('1'), n2('2');
-  a.AddTail(&old1);
-  a.AddTail(&old2);
-  b.AddTail(&n1);
-  b.AddTail(&n2);
+  for (Ref *r : {&old1, &old2}) a.AddTail(r);
+  for (Ref *r : {&n1, &n2}) b.AddTail(r);
   Journal();
 
   SCC_RefDList &listA = a;
