@@ -56,7 +56,6 @@ class TestArray : public _SCC_Array {
     SetSize(static_cast<std::int32_t>(values.size()));
     std::copy(values.begin(), values.end(), static_cast<std::uint16_t *>(data));
   }
-  SCC_Notifier *NotifierIfAny() const { return notifier; }
 
   Pairs shortSorts, swaps;
 
