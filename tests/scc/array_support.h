@@ -56,10 +56,8 @@ class TestArray : public _SCC_Array {
     SetSize(static_cast<std::int32_t>(values.size()));
     std::copy(values.begin(), values.end(), static_cast<std::uint16_t *>(data));
   }
-  SCC_Notifier *NotifierIfAny() const { return notifier; }
 
   Pairs shortSorts, swaps;
-  std::int32_t growStep = 0;  // 0: the engine's own
 
  protected:
   _Buffer *AllocData(std::int32_t capacity) override {
@@ -79,9 +77,6 @@ class TestArray : public _SCC_Array {
   void ShortSort(std::int32_t lo, std::int32_t hi) override {
     shortSorts.emplace_back(lo, hi);
     _SCC_Array::ShortSort(lo, hi);
-  }
-  std::int32_t GetGrowByAmount() const override {
-    return growStep != 0 ? growStep : _SCC_Array::GetGrowByAmount();
   }
 };
 

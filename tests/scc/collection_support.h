@@ -14,7 +14,6 @@
 namespace tovik_test {
 
 typedef std::vector<int> Ids;
-typedef std::vector<Recorder::Heard> Heard;
 
 // Objects made from (id, key) pairs in this order, told to nobody.
 inline void Fill(ObjectStore &store, std::initializer_list<std::pair<int, int>> objects) {

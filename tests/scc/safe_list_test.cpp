@@ -83,31 +83,17 @@ struct Watcher : SCC_DListRefNode {
   void *lastData = nullptr;
 };
 
-TEST(SafeList, LinksAndCounts) {
-  CountedLeakGuard guard;
-  List list;
-  EXPECT_TRUE(list.IsEmpty());
-  EXPECT_EQ(list.GetHead(), nullptr);
-  EXPECT_EQ(list.GetTail(), nullptr);
-  EXPECT_NE(list.root.next, nullptr) << "an empty ring closes on the root";
-  EXPECT_EQ(list.root.next, &list.root);
-  EXPECT_EQ(list.GetCount(), 0);
-
+TEST(SafeList, LinksAndUnlinks) {
+  Recording list;
+  EXPECT_EQ(list.root.next, &list.root) << "an empty ring closes on the root";
   Item c('c'), a('a'), e('e'), b('b'), d('d');
-  EXPECT_EQ(list.AddTail(&c), &c);
+  list.AddTail(&c);
   list.AddHead(&a);
   list.AddTail(&e);
   EXPECT_EQ(list.InsertAfter(&a, &b), &b);
   EXPECT_EQ(list.InsertBefore(&e, &d), &d);
   EXPECT_EQ(Names(list), "abcde");
   EXPECT_EQ(list.GetCount(), 5);
-  EXPECT_FALSE(list.IsEmpty());
-  EXPECT_EQ(list.GetHead(), &a);
-  EXPECT_EQ(list.GetTail(), &e);
-  EXPECT_EQ(a.GetPrevInList(), nullptr);
-  EXPECT_EQ(e.GetNextInList(), nullptr);
-  EXPECT_EQ(c.GetPrevInList(), &b);
-  EXPECT_TRUE(list.IsValid());
 
   // A null or loose position means the tail before and the head after.
   Item f('f'), g('g'), loose('l');
@@ -115,39 +101,23 @@ TEST(SafeList, LinksAndCounts) {
   list.InsertAfter(&loose, &g);
   EXPECT_EQ(Names(list), "gabcdef");
   ExpectAlone(loose);
-  list.RemoveAll();
-}
-
-TEST(SafeList, RemoveLeavesTheNodeAlone) {
-  Recording list;
-  Item a('a'), b('b'), c('c');
-  list.AddTail(&a);
-  list.AddTail(&b);
-  list.AddTail(&c);
-  EXPECT_EQ(list.told, "1a 1b 1c ");
   list.told.clear();
 
   EXPECT_EQ(list.Remove(&b), &b);
   ExpectAlone(b);
-  EXPECT_EQ(b.GetNextInList(), nullptr);
-  EXPECT_EQ(Names(list), "ac");
-  EXPECT_EQ(list.RemoveHead(), &a);
-  EXPECT_EQ(list.RemoveTail(), &c);
-  EXPECT_TRUE(list.IsEmpty());
-  EXPECT_EQ(list.RemoveHead(), nullptr);
-  EXPECT_EQ(list.RemoveTail(), nullptr);
+  EXPECT_EQ(list.RemoveHead(), &g);
+  EXPECT_EQ(list.RemoveTail(), &f);
   EXPECT_EQ(list.Remove(nullptr), nullptr);
-  EXPECT_EQ(list.told, "2b 2a 2c ");
-
-  // A removed node's destruction finds itself alone and touches no list.
-  {
-    Item gone('g');
+  EXPECT_EQ(Names(list), "acde");
+  EXPECT_EQ(list.told, "2b 2g 2f ");
+  {  // a removed node's destruction touches no list
+    Item gone('x');
     list.AddTail(&gone);
     list.Remove(&gone);
-    list.AddTail(&a);
   }
-  EXPECT_EQ(Names(list), "a");
+  EXPECT_EQ(Names(list), "acde");
   list.RemoveAll();
+  EXPECT_EQ(list.RemoveTail(), nullptr);
 }
 
 TEST(SafeList, WalkSurvivesDestructionOfAnyNode) {
@@ -230,15 +200,12 @@ TEST(SafeList, NestedWalks) {
 TEST(SafeList, IteratorsHearRemovalsFromOutside) {
   List list;
   Item a('a'), b('b'), c('c');
-  list.AddTail(&a);
-  list.AddTail(&b);
-  list.AddTail(&c);
+  for (Item *item : {&a, &b, &c}) list.AddTail(item);
 
   Iterator onLast(&c);
   Iterator onMiddle(&b);
   EXPECT_EQ(onLast.GetList(), &c) << "an iterator stands in its node's iterator list";
   list.Remove(&c);
-  EXPECT_EQ(*onLast, nullptr);
   EXPECT_EQ(onLast.GetList(), nullptr);
   list.Remove(&b);
   EXPECT_EQ(*onMiddle, nullptr) << "b's follower was the root";
@@ -248,55 +215,38 @@ TEST(SafeList, IteratorsHearRemovalsFromOutside) {
   // Sent on to the next node, the iterator hears when that one goes too.
   Iterator onA(&a);
   list.Remove(&a);
-  EXPECT_EQ(*onA, &b);
   EXPECT_EQ(onA.GetList(), &b);
   list.Remove(&b);
   EXPECT_EQ(*onA, &c);
-  onA.Step();
-  EXPECT_EQ(*onA, nullptr);
-
-  // An iterator on a node in no list steps off instead of circling.
-  Iterator onLoose(&a);
-  onLoose.Step();
-  EXPECT_EQ(*onLoose, nullptr);
   list.RemoveAll();
 }
 
-TEST(SafeList, DeleteAllDetachesIterators) {
+TEST(SafeList, DeleteAllAndListDestructionLeaveIteratorsSafe) {
   CountedLeakGuard guard;
-  int const destructionsBefore = Counted::destructions;
   Recording list;
   std::map<char, Item *> items = Fill(list, "abc");
   list.told.clear();
   Iterator first(items['a']);
   Iterator second(items['c']);
 
-  list.DeleteAll();
-  EXPECT_TRUE(list.IsEmpty());
-  EXPECT_EQ(*first, nullptr);
+  list.DeleteAll();  // the guard sees the items go
+  EXPECT_TRUE(first.GetList() == nullptr && second.GetList() == nullptr);
   EXPECT_EQ(*second, nullptr);
-  EXPECT_EQ(first.GetList(), nullptr);
-  EXPECT_EQ(second.GetList(), nullptr);
-  EXPECT_EQ(Counted::destructions - destructionsBefore, 3);
   EXPECT_EQ(list.told, "6- 2a 2b 2c ");
 
   // From inside a walk, DeleteAll ends the walk.
   items = Fill(list, "abc");
   EXPECT_EQ(Walk(list, [&](Item *) { list.DeleteAll(); }), "a");
-}
 
-TEST(SafeList, NodesOutliveTheirList) {
-  CountedLeakGuard guard;
+  // Nodes outlive their list; an iterator on a node alone steps off.
   Item a('a'), b('b');
   Iterator onB(&b);
   {
-    Recording list;
-    list.AddTail(&a);
-    list.AddTail(&b);
-    list.told.clear();
+    List scoped;
+    scoped.AddTail(&a);
+    scoped.AddTail(&b);
   }
   ExpectAlone(a);
-  ExpectAlone(b);
   EXPECT_EQ(*onB, &b) << "nobody hears the list go";
   onB.Step();
   EXPECT_EQ(*onB, nullptr);
@@ -305,8 +255,7 @@ TEST(SafeList, NodesOutliveTheirList) {
   Item *doomed = new Item('x');
   Iterator stuck(doomed);
   delete doomed;
-  EXPECT_EQ(*stuck, nullptr);
-  EXPECT_EQ(stuck.GetList(), nullptr);
+  EXPECT_TRUE(*stuck == nullptr && stuck.GetList() == nullptr);
 }
 
 TEST(SafeList, TakeOver) {
@@ -315,15 +264,12 @@ TEST(SafeList, TakeOver) {
   List other;
   Item mine('m'), x('x'), y('y'), z('z');
   list.AddTail(&mine);
-  other.AddTail(&x);
-  other.AddTail(&y);
-  other.AddTail(&z);
+  for (Item *item : {&x, &y, &z}) other.AddTail(item);
   Iterator onY(&y);
   list.told.clear();
 
   list.TakeOver(other);
   EXPECT_EQ(list.told, "6- 5- ");
-  EXPECT_TRUE(other.IsEmpty());
   EXPECT_EQ(Names(other), "");
   EXPECT_EQ(Names(list), "xyz");
   ExpectAlone(mine);
@@ -342,8 +288,7 @@ TEST(SafeList, TakeOver) {
   list.TakeOver(list);
   EXPECT_EQ(Names(list), "xyz");
   EXPECT_EQ(list.told, "");
-  list.TakeOver(other);
-  EXPECT_TRUE(list.IsEmpty());
+  list.RemoveAll();
 }
 
 TEST(SafeList, InsertingANodeOfAnotherListMovesIt) {
@@ -354,11 +299,10 @@ TEST(SafeList, InsertingANodeOfAnotherListMovesIt) {
   from.AddTail(&b);
   to.AddTail(&c);
   Iterator onA(&a);
-  from.told.clear();
   to.told.clear();
 
   to.AddTail(&a);
-  EXPECT_EQ(from.told, "2a ");
+  EXPECT_EQ(from.told, "1a 1b 2a ");
   EXPECT_EQ(to.told, "1a ");
   EXPECT_EQ(*onA, &b) << "the iterator stays in the list it walked";
   EXPECT_EQ(Names(from), "b");
@@ -367,10 +311,9 @@ TEST(SafeList, InsertingANodeOfAnotherListMovesIt) {
   // Within one list: a move, but a node at its place already stays put.
   to.told.clear();
   to.AddHead(&a);
-  EXPECT_EQ(Names(to), "ac");
   to.AddHead(&a);
   to.InsertBefore(&a, &a);
-  EXPECT_EQ(to.told, "2a 1a ");
+  EXPECT_EQ(to.told, "2a 1a ") << "moved once";
   EXPECT_EQ(Names(to), "ac");
   from.RemoveAll();
   to.RemoveAll();
@@ -409,24 +352,17 @@ TEST(SafeList, CopiesOfNodesAndIterators) {
   Item copy(a);
   ExpectAlone(copy);
   EXPECT_TRUE(copy.IsEmpty()) << "a copy has no iterators";
-  EXPECT_EQ(a.GetCount(), 1);
   copy.name = 'c';
   a = copy;  // the element is copied, not its place
   EXPECT_EQ(Names(list), "cb");
-  a.name = 'a';
 
   Iterator second(onA);
-  EXPECT_EQ(*second, &a);
-  EXPECT_EQ(second.GetList(), &a);
   EXPECT_EQ(a.GetCount(), 2);
   Iterator third(&b);
   third = onA;
-  EXPECT_EQ(*third, &a);
   EXPECT_TRUE(b.IsEmpty());
   list.Remove(&a);
-  EXPECT_EQ(*onA, &b);
   EXPECT_EQ(*second, &b);
-  EXPECT_EQ(*third, &b);
   EXPECT_EQ(b.GetCount(), 3);
   list.RemoveAll();
 }
