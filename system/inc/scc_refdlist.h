@@ -106,6 +106,10 @@ class TOVIK_API SCC_RefDList : public SCC_DList<SCC_DListRefNode> {
 
  private:
   void TakeNodes(SCC_RefDList &other);
+  // The checks and hand-over of both insertions: takes node out of its old
+  // list and mends a foreign position. 0 when there is nothing to insert
+  // (no node, or node next to itself).
+  int PrepareInsert(SCC_DListRefNode *&position, SCC_DListRefNode *node);
 };
 
 #endif  // TOVIK_SCC_REFDLIST_H

@@ -80,23 +80,23 @@ void SCC_RefDList::TakeNodes(SCC_RefDList &other) {
 
 SCC_RefDList::~SCC_RefDList() { RemoveAll(); }
 
-SCC_DListRefNode *SCC_RefDList::InsertBefore(SCC_DListRefNode *position, SCC_DListRefNode *node) {
+int SCC_RefDList::PrepareInsert(SCC_DListRefNode *&position, SCC_DListRefNode *node) {
   SSM_CHECK(node != nullptr, "");
-  if (node == nullptr) return nullptr;
+  if (node == nullptr) return 0;
   SSM_CHECK(position != nullptr && position->list == this, "");
-  if (position == node) return node;
+  if (position == node) return 0;
   if (position != nullptr && position->list != this) position = nullptr;
   node->ChangeList(this);
+  return 1;
+}
+
+SCC_DListRefNode *SCC_RefDList::InsertBefore(SCC_DListRefNode *position, SCC_DListRefNode *node) {
+  if (PrepareInsert(position, node) == 0) return node;
   return SCC_DList<SCC_DListRefNode>::InsertBefore(position, node);
 }
 
 SCC_DListRefNode *SCC_RefDList::InsertAfter(SCC_DListRefNode *position, SCC_DListRefNode *node) {
-  SSM_CHECK(node != nullptr, "");
-  if (node == nullptr) return nullptr;
-  SSM_CHECK(position != nullptr && position->list == this, "");
-  if (position == node) return node;
-  if (position != nullptr && position->list != this) position = nullptr;
-  node->ChangeList(this);
+  if (PrepareInsert(position, node) == 0) return node;
   return SCC_DList<SCC_DListRefNode>::InsertAfter(position, node);
 }
 
