@@ -32,6 +32,7 @@
 // Observable collections
 #include "sys_filter.h"
 #include "scc_collection.h"
+#include "sys_std_interface.h"
 
 // Geometry
 #include "sys_geometry_units.h"
