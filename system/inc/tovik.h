@@ -38,6 +38,11 @@
 #include "scc_collection.h"
 #include "sys_std_interface.h"
 
+// Values and properties
+#include "scc_variant.h"
+#include "scc_convertor.h"
+#include "scc_property.h"
+
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
