@@ -34,6 +34,9 @@
 #include "scc_collection.h"
 #include "sys_std_interface.h"
 
+// Files
+#include "sfm_file_path.h"
+
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
