@@ -8,12 +8,16 @@
 #include "cstring.h"
 #include "mbtext.h"
 #include "numtext.h"
+#include "resstrings.h"
+#include "exitcleanup.h"
 
 // Core frame
 #include "sys_string.h"
 #include "ssm_check.h"
 #include "ssm.h"
 #include "sys_exception.h"
+#include "sys_translation.h"
+#include "sys_scan.h"
 
 // Events
 #include "scc_event.h"
