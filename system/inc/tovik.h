@@ -40,6 +40,9 @@
 #include "scc_saved_handles.h"
 #include "scc_nsync_client.h"
 
+// Files
+#include "sfm_file_path.h"
+
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
