@@ -37,6 +37,11 @@
 #include "sys_filter.h"
 #include "scc_collection.h"
 #include "sys_std_interface.h"
+#include "scc_saved_handles.h"
+#include "scc_nsync_client.h"
+
+// Files
+#include "sfm_file_path.h"
 
 // Values and properties
 #include "scc_variant.h"
@@ -46,5 +51,8 @@
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+
+// Replay recorder
+#include "sys_test_repeater.h"
 
 #endif  // TOVIK_H
