@@ -52,6 +52,9 @@
 #include "sys_geometry_units.h"
 #include "sys_point.h"
 
+// Units
+#include "sys_convert.h"
+
 // Replay recorder
 #include "sys_test_repeater.h"
 
