@@ -37,5 +37,6 @@
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+#include "sys_shapes.h"
 
 #endif  // TOVIK_H
