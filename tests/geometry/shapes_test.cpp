@@ -9,6 +9,10 @@
 
 #include "sys_shapes.h"
 
+void PrintTo(SYS_Box const &b, std::ostream *os) {
+  *os << "(" << b.GetLeft() << ", " << b.GetLower() << ", " << b.GetRight() << ", " << b.GetUpper() << ")";
+}
+
 namespace {
 
 double const kPi = 3.14159265358979323846;
@@ -26,34 +30,29 @@ SYS_Box After(SYS_Box box, Change change) {
 // start equal to end. The box must match the extremes of a dense sampling.
 TEST(Arc, BoxAndSweepMatchASampledArc) {
   SYS_Point const center(-7, 11);
-  std::int32_t const lattice[12][2] = {{5, 0}, {4, 3}, {3, 4}, {0, 5},   {-3, 4}, {-4, 3},
-                                       {-5, 0}, {-4, -3}, {0, -5}, {3, -4}, {4, -3}, {-3, -4}};
-  for (auto const &s : lattice) {
-    for (auto const &e : lattice) {
+  SYS_Point const lattice[12] = {{5, 0}, {4, 3},   {3, 4},  {0, 5},  {-3, 4}, {-4, 3},
+                                 {-5, 0}, {-4, -3}, {0, -5}, {3, -4}, {4, -3}, {-3, -4}};
+  for (SYS_Point const &s : lattice) {
+    for (SYS_Point const &e : lattice) {
       for (std::int32_t const radius : {5000, -5000}) {
-        SYS_Arc const arc(center + SYS_Point(s[0] * 1000, s[1] * 1000), center + SYS_Point(e[0] * 1000, e[1] * 1000),
-                          center, radius);
-        SCOPED_TRACE(testing::Message() << "(" << s[0] << "," << s[1] << ") to (" << e[0] << "," << e[1]
-                                        << ") radius " << radius);
-        double const from = std::atan2(s[1], s[0]);
-        double turn = std::fmod(std::atan2(e[1], e[0]) - from + 4 * kPi, 2 * kPi);
+        SYS_Arc const arc(center + s * 1000, center + e * 1000, center, radius);
+        SCOPED_TRACE(testing::Message() << s.x << "," << s.y << " to " << e.x << "," << e.y << " radius " << radius);
+        double const from = std::atan2(s.y, s.x);
+        double turn = std::fmod(std::atan2(e.y, e.x) - from + 4 * kPi, 2 * kPi);
         if (radius < 0) turn = turn == 0.0 ? 0.0 : turn - 2 * kPi;
         EXPECT_NEAR(arc.GetSizeAngle(), turn * 324000000.0 / kPi, 2.0) << "each angle truncated";
         EXPECT_NEAR(arc.GetLength(), std::fabs(turn) * 5000.0, 1e-3);
         if (turn == 0.0) turn = 2 * kPi;  // the box of a closed arc is the circle's
-        double left = 1e9, lower = 1e9, right = -1e9, upper = -1e9;
+        double low[2] = {1e9, 1e9}, high[2] = {-1e9, -1e9};  // x, y
         for (int i = 0; i <= 20000; ++i) {
-          double const a = from + turn * i / 20000;
-          left = std::fmin(left, center.x + 5000 * std::cos(a));
-          right = std::fmax(right, center.x + 5000 * std::cos(a));
-          lower = std::fmin(lower, center.y + 5000 * std::sin(a));
-          upper = std::fmax(upper, center.y + 5000 * std::sin(a));
+          double const a = from + turn * i / 20000, at[2] = {center.x + 5000 * std::cos(a), center.y + 5000 * std::sin(a)};
+          for (int k : {0, 1}) low[k] = std::fmin(low[k], at[k]), high[k] = std::fmax(high[k], at[k]);
         }
         SYS_Box const box = arc.GetBox();
-        EXPECT_NEAR(box.GetLeft(), left, 0.01);
-        EXPECT_NEAR(box.GetLower(), lower, 0.01);
-        EXPECT_NEAR(box.GetRight(), right, 0.01);
-        EXPECT_NEAR(box.GetUpper(), upper, 0.01);
+        for (int k : {0, 1}) {
+          EXPECT_NEAR(box.GetLowerLeft()[k], low[k], 0.01);
+          EXPECT_NEAR(box.GetUpperRight()[k], high[k], 0.01);
+        }
       }
     }
   }
@@ -125,9 +124,7 @@ TEST(Box, ClipCoversTheOtherBoxOutsideThisOne) {
   auto const box = [&] { return SYS_Box(coordinate(random), coordinate(random), coordinate(random), coordinate(random)); };
   for (int round = 0; round < 4000; ++round) {
     SYS_Box const cut = box(), other = box();
-    SCOPED_TRACE(testing::Message() << "clip (" << cut.GetLeft() << "," << cut.GetLower() << "," << cut.GetRight()
-                                    << "," << cut.GetUpper() << ") from (" << other.GetLeft() << ","
-                                    << other.GetLower() << "," << other.GetRight() << "," << other.GetUpper() << ")");
+    SCOPED_TRACE("clip " + testing::PrintToString(cut) + " from " + testing::PrintToString(other));
     SYS_Box pieces[4];
     int const count = cut.Clip(other, pieces);
     ASSERT_TRUE(count >= 0 && count <= 4);
@@ -139,12 +136,11 @@ TEST(Box, ClipCoversTheOtherBoxOutsideThisOne) {
     }
     EXPECT_EQ(covered, expected);
   }
+  // The order: left strip, below, above, right strip.
   SYS_Box pieces[4];
+  SYS_Box const order[4] = {{0, 0, 2, 6}, {2, 0, 4, 2}, {2, 4, 4, 6}, {4, 0, 6, 6}};
   ASSERT_EQ(SYS_Box(2, 2, 4, 4).Clip({0, 0, 6, 6}, pieces), 4);
-  EXPECT_EQ(pieces[0], SYS_Box(0, 0, 2, 6)) << "left strip first";
-  EXPECT_EQ(pieces[1], SYS_Box(2, 0, 4, 2)) << "then below";
-  EXPECT_EQ(pieces[2], SYS_Box(2, 4, 4, 6)) << "then above";
-  EXPECT_EQ(pieces[3], SYS_Box(4, 0, 6, 6)) << "right strip last";
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(pieces[i], order[i]);
 }
 
 }  // namespace
