@@ -51,6 +51,7 @@
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+#include "sys_shapes.h"
 
 // Units
 #include "sys_convert.h"
