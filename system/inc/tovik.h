@@ -53,6 +53,9 @@
 #include "sys_point.h"
 #include "sys_shapes.h"
 
+// Units
+#include "sys_convert.h"
+
 // Replay recorder
 #include "sys_test_repeater.h"
 
