@@ -40,6 +40,14 @@
 #include "scc_saved_handles.h"
 #include "scc_nsync_client.h"
 
+// Files
+#include "sfm_file_path.h"
+
+// Values and properties
+#include "scc_variant.h"
+#include "scc_convertor.h"
+#include "scc_property.h"
+
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
