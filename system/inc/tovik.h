@@ -10,6 +10,8 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
+#include "screen_types.h"
+#include "cdwordarray.h"
 
 // Core frame
 #include "sys_string.h"
@@ -51,6 +53,11 @@
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+
+// Display
+#include "ui_draw_area.h"
+#include "cdynamic.h"
+#include "ui_palette_convertor.h"
 
 // Replay recorder
 #include "sys_test_repeater.h"
