@@ -13,6 +13,7 @@ namespace {
 
 class ReadingArea : public UI_DrawArea {
  public:
+  using UI_DrawArea::DrawXorText;
   std::uint64_t sum = 0;
 
   void FastPolyPolyline(SYS_Point *points, std::uint32_t const *counts, int m) override {
