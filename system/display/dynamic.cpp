@@ -93,12 +93,6 @@ void CDynamic::StartScreenDraw() {
 
 // --- Recording helpers ---------------------------------------------------
 
-std::uint32_t *CDynamic::Grow(std::intptr_t count) {
-  std::intptr_t const at = recording.GetSize();
-  recording.SetSize(at + count);
-  return recording.GetData() + at;
-}
-
 void CDynamic::Extend(SYS_Box const &box) {
   if (extent.GetLeft() == extent.GetRight() && extent.GetLower() == extent.GetUpper()) {
     extent = box;
@@ -108,7 +102,7 @@ void CDynamic::Extend(SYS_Box const &box) {
 }
 
 void CDynamic::RecordBox(Code code, SYS_Box const &box) {
-  std::uint32_t *const at = Grow(5);
+  std::uint32_t *const at = recording.AddSpace(5);
   at[0] = code;
   at[1] = Word(box.GetLeft());
   at[2] = Word(box.GetLower());
@@ -123,13 +117,13 @@ void CDynamic::PutText(std::uint32_t *at, char const *text, std::intptr_t n) {
 // --- Recorded operations -------------------------------------------------
 
 void CDynamic::PenColor(int colour) {
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kPenColor;
   at[1] = Word(colour);
 }
 
 void CDynamic::PenSize(std::int32_t size) {
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kPenSize;
   at[1] = Word(size);
 }
@@ -163,7 +157,7 @@ SYS_Box CDynamic::DrawXorText(char const *text, int a, int b, std::int32_t x, st
   (void)draw;
   if (text == nullptr) text = "";
   auto const n = static_cast<std::intptr_t>(std::strlen(text)) + 1;
-  std::uint32_t *const at = Grow(6 + n);
+  std::uint32_t *const at = recording.AddSpace(6 + n);
   at[0] = kDrawXorText;
   at[1] = Word(x);
   at[2] = Word(y);
@@ -183,7 +177,7 @@ SYS_Box CDynamic::DrawXorText(char const *text, int a, int b, SYS_Point where, i
 }
 
 void CDynamic::DrawLine(SYS_Point const &from, SYS_Point const &to, std::int32_t size, int colour) {
-  std::uint32_t *const at = Grow(7);
+  std::uint32_t *const at = recording.AddSpace(7);
   at[0] = kDrawLine;
   at[1] = Word(from.x);
   at[2] = Word(from.y);
@@ -198,7 +192,7 @@ void CDynamic::DrawArc(SYS_Box box, SYS_Point const &first, SYS_Point const &sec
                        std::int32_t size, int colour) {
   box.Normalize();
   RecordBox(kDrawArc, box);
-  std::uint32_t *const at = Grow(6);
+  std::uint32_t *const at = recording.AddSpace(6);
   at[0] = Word(first.x);
   at[1] = Word(first.y);
   at[2] = Word(second.x);
@@ -209,7 +203,7 @@ void CDynamic::DrawArc(SYS_Box box, SYS_Point const &first, SYS_Point const &sec
 }
 
 void CDynamic::PenCap(int cap) {
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kPenCap;
   at[1] = Word(cap);
 }
@@ -222,7 +216,7 @@ void CDynamic::FastPolyPolyline(SYS_Point *points, std::uint32_t const *counts, 
     m = 0;
     total = 0;
   }
-  std::uint32_t *at = Grow(2 + m + 2 * static_cast<std::intptr_t>(total));
+  std::uint32_t *at = recording.AddSpace(2 + m + 2 * static_cast<std::intptr_t>(total));
   *at++ = kFastPolyPolyline;
   *at++ = Word(m);
   for (int i = 0; i < m; ++i) *at++ = counts[i];
@@ -234,7 +228,7 @@ void CDynamic::FastPolyPolyline(SYS_Point *points, std::uint32_t const *counts, 
 }
 
 void CDynamic::SwitchPen(int a, std::int32_t b, int c) {
-  std::uint32_t *const at = Grow(4);
+  std::uint32_t *const at = recording.AddSpace(4);
   at[0] = kSwitchPen;
   at[1] = Word(a);
   at[2] = Word(b);
@@ -242,7 +236,7 @@ void CDynamic::SwitchPen(int a, std::int32_t b, int c) {
 }
 
 void CDynamic::FastMoveTo(SYS_Point const &point) {
-  std::uint32_t *const at = Grow(3);
+  std::uint32_t *const at = recording.AddSpace(3);
   at[0] = kFastMoveTo;
   at[1] = Word(point.x);
   at[2] = Word(point.y);
@@ -250,7 +244,7 @@ void CDynamic::FastMoveTo(SYS_Point const &point) {
 }
 
 void CDynamic::FastLineTo(SYS_Point const &point) {
-  std::uint32_t *const at = Grow(3);
+  std::uint32_t *const at = recording.AddSpace(3);
   at[0] = kFastLineTo;
   at[1] = Word(point.x);
   at[2] = Word(point.y);
@@ -265,7 +259,7 @@ void CDynamic::FastPaintOval(SYS_Box box) {
 
 void CDynamic::FastPolyLine(int n, SYS_Point *points, std::int32_t a, int b) {
   if (points == nullptr || n < 0) n = 0;
-  std::uint32_t *at = Grow(4 + 2 * static_cast<std::intptr_t>(n));
+  std::uint32_t *at = recording.AddSpace(4 + 2 * static_cast<std::intptr_t>(n));
   *at++ = kFastPolyLine;
   *at++ = Word(a);
   *at++ = Word(b);
@@ -283,20 +277,20 @@ void CDynamic::FastFrameOval(SYS_Box const &box) {
 }
 
 void CDynamic::TextAlign(int a, int b) {
-  std::uint32_t *const at = Grow(3);
+  std::uint32_t *const at = recording.AddSpace(3);
   at[0] = kTextAlign;
   at[1] = Word(a);
   at[2] = Word(b);
 }
 
 void CDynamic::TextExtra(int value) {
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kTextExtra;
   at[1] = Word(value);
 }
 
 void CDynamic::TextFace(int value) {
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kTextFace;
   at[1] = Word(value);
 }
@@ -309,13 +303,13 @@ void CDynamic::TextPath(double a) {
   if (std::fabs(degrees) >= 368640.0) degrees = std::fmod(degrees, 360.0);
   while (degrees < 0.0) degrees += 360.0;
   while (degrees >= 360.0) degrees -= 360.0;
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kTextPath;
   at[1] = static_cast<std::uint32_t>(degrees * 10000.0);
 }
 
 void CDynamic::TextSize(int a, int b) {
-  std::uint32_t *const at = Grow(3);
+  std::uint32_t *const at = recording.AddSpace(3);
   at[0] = kTextSize;
   at[1] = Word(a);
   at[2] = Word(b);
@@ -324,27 +318,27 @@ void CDynamic::TextSize(int a, int b) {
 void CDynamic::DrawString(char const *text) {
   if (text == nullptr) text = "";
   auto const n = static_cast<std::intptr_t>(std::strlen(text));
-  std::uint32_t *const at = Grow(2 + n);
+  std::uint32_t *const at = recording.AddSpace(2 + n);
   at[0] = kDrawString;
   at[1] = static_cast<std::uint32_t>(n);
   PutText(at + 2, text, n);
 }
 
 void CDynamic::SetGRAMode(gra_mode_union mode) {
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kSetGRAMode;
   at[1] = mode.word;
 }
 
 void CDynamic::DrawOnScreen(bool on) {
-  std::uint32_t *const at = Grow(2);
+  std::uint32_t *const at = recording.AddSpace(2);
   at[0] = kDrawOnScreen;
   at[1] = on ? 1 : 0;
 }
 
 void CDynamic::DrawIcon(HICON icon, SYS_Point where, int value) {
   auto const bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(icon));
-  std::uint32_t *const at = Grow(6);
+  std::uint32_t *const at = recording.AddSpace(6);
   at[0] = kDrawIcon;
   at[1] = static_cast<std::uint32_t>(bits);
   at[2] = static_cast<std::uint32_t>(bits >> 32);

@@ -46,16 +46,74 @@ SYS_Point *Points(Scratch &scratch, std::uint32_t const *w, std::intptr_t n) {
   return scratch.points.data();
 }
 
+// The records of variable length, out of line so that the text buffer and
+// the loops stay out of the walk's frame. Each gets the operands w, the
+// words left behind the code, and the code's index; each answers where the
+// next record starts, or kStop.
+
+[[gnu::noinline]] std::intptr_t ReplayText(UI_DrawArea &area, std::uint32_t const *w,
+                                           std::intptr_t left, std::intptr_t at) {
+  std::intptr_t const head = kOperands[CDynamic::kDrawXorText];
+  std::uint32_t const n = w[4];
+  if (static_cast<std::uint64_t>(left - head) < n) return kStop;
+  // The area gets at most kTextBuffer - 1 characters; the walk goes on
+  // behind all of them.
+  char text[CDynamic::kTextBuffer];
+  std::uint32_t const kept = n < CDynamic::kTextBuffer ? n : CDynamic::kTextBuffer - 1;
+  for (std::uint32_t i = 0; i < kept; ++i) text[i] = static_cast<char>(w[head + i]);
+  text[kept] = '\0';
+  area.DrawXorText(text, Int(w[2]), Int(w[3]), PointAt(w), 1);
+  return at + 1 + head + n;
+}
+
+[[gnu::noinline]] std::intptr_t ReplayPolyPolyline(UI_DrawArea &area, std::uint32_t const *w,
+                                                   std::intptr_t left, std::intptr_t at,
+                                                   Scratch &scratch) {
+  std::uint32_t const m = w[0];
+  if (static_cast<std::uint64_t>(left - 1) < m) return kStop;
+  std::uint64_t total = 0;
+  for (std::uint32_t i = 0; i < m; ++i) total += w[1 + i];
+  std::intptr_t const used = 1 + static_cast<std::intptr_t>(m);
+  if (static_cast<std::uint64_t>(left - used) / 2 < total) return kStop;
+  scratch.counts.assign(w + 1, w + used);
+  SYS_Point *const points = Points(scratch, w + used, static_cast<std::intptr_t>(total));
+  area.FastPolyPolyline(points, scratch.counts.data(), Int(m));
+  return at + 1 + used + 2 * static_cast<std::intptr_t>(total);
+}
+
+[[gnu::noinline]] std::intptr_t ReplayPolyLine(UI_DrawArea &area, std::uint32_t const *w,
+                                               std::intptr_t left, std::intptr_t at,
+                                               Scratch &scratch) {
+  std::intptr_t const head = kOperands[CDynamic::kFastPolyLine];
+  std::uint32_t const n = w[2];
+  if (static_cast<std::uint64_t>(left - head) / 2 < n) return kStop;
+  SYS_Point *const points = Points(scratch, w + head, n);
+  area.FastPolyLine(Int(n), points, Int(w[0]), Int(w[1]));
+  return at + 1 + head + 2 * static_cast<std::intptr_t>(n);
+}
+
+[[gnu::noinline]] std::intptr_t ReplayString(UI_DrawArea &area, std::uint32_t const *w,
+                                             std::intptr_t left, std::intptr_t at,
+                                             Scratch &scratch) {
+  std::uint32_t const n = w[0];
+  if (static_cast<std::uint64_t>(left - 1) < n) return kStop;
+  scratch.text.resize(static_cast<std::size_t>(n) + 1);
+  for (std::uint32_t i = 0; i < n; ++i) scratch.text[i] = static_cast<char>(w[1 + i]);
+  scratch.text[n] = '\0';
+  area.DrawString(scratch.text.data());
+  return at + 2 + static_cast<std::intptr_t>(n);
+}
+
 // Replays the record at words[at] and answers where the next one starts, or
 // kStop when the record's operands run past the end of the recording.
-std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words, std::intptr_t size,
+inline std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words, std::intptr_t size,
                            std::intptr_t at, Scratch &scratch) {
   std::uint32_t const code = words[at];
   // Not an operation: the walk goes on at the next word.
   if (code > CDynamic::kLastCode) return at + 1;
   std::uint32_t const *const w = words + at + 1;
   std::intptr_t const left = size - at - 1;
-  std::intptr_t used = kOperands[code];
+  std::intptr_t const used = kOperands[code];
   if (left < used) return kStop;
 
   switch (code) {
@@ -85,22 +143,8 @@ std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words, std::i
       area.FillRect(box, value);
       break;
     }
-    case CDynamic::kDrawXorText: {
-      std::uint32_t const n = w[4];
-      if (static_cast<std::uint64_t>(left - used) < n) return kStop;
-      // The area gets at most kTextBuffer - 1 characters; the walk goes on
-      // behind all of them.
-      char text[CDynamic::kTextBuffer];
-      std::uint32_t const kept = n < CDynamic::kTextBuffer ? n : CDynamic::kTextBuffer - 1;
-      for (std::uint32_t i = 0; i < kept; ++i) text[i] = static_cast<char>(w[used + i]);
-      text[kept] = '\0';
-      SYS_Point const where = PointAt(w);
-      int const a = Int(w[2]);
-      int const b = Int(w[3]);
-      used += n;
-      area.DrawXorText(text, a, b, where, 1);
-      break;
-    }
+    case CDynamic::kDrawXorText:
+      return ReplayText(area, w, left, at);
     case CDynamic::kDrawLine: {
       SYS_Point const from = PointAt(w);
       SYS_Point const to = PointAt(w + 2);
@@ -131,19 +175,8 @@ std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words, std::i
     case CDynamic::kPenCap:
       area.PenCap(Int(w[0]));
       break;
-    case CDynamic::kFastPolyPolyline: {
-      std::uint32_t const m = w[0];
-      if (static_cast<std::uint64_t>(left - used) < m) return kStop;
-      std::uint64_t total = 0;
-      for (std::uint32_t i = 0; i < m; ++i) total += w[1 + i];
-      used += m;
-      if (static_cast<std::uint64_t>(left - used) / 2 < total) return kStop;
-      scratch.counts.assign(w + 1, w + 1 + m);
-      SYS_Point *const points = Points(scratch, w + used, static_cast<std::intptr_t>(total));
-      used += 2 * static_cast<std::intptr_t>(total);
-      area.FastPolyPolyline(points, scratch.counts.data(), Int(m));
-      break;
-    }
+    case CDynamic::kFastPolyPolyline:
+      return ReplayPolyPolyline(area, w, left, at, scratch);
     case CDynamic::kSwitchPen:
       area.SwitchPen(Int(w[0]), Int(w[1]), Int(w[2]));
       break;
@@ -156,14 +189,8 @@ std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words, std::i
     case CDynamic::kFastPaintOval:
       area.FastPaintOval(BoxAt(w));
       break;
-    case CDynamic::kFastPolyLine: {
-      std::uint32_t const n = w[2];
-      if (static_cast<std::uint64_t>(left - used) / 2 < n) return kStop;
-      SYS_Point *const points = Points(scratch, w + used, n);
-      used += 2 * static_cast<std::intptr_t>(n);
-      area.FastPolyLine(Int(n), points, Int(w[0]), Int(w[1]));
-      break;
-    }
+    case CDynamic::kFastPolyLine:
+      return ReplayPolyLine(area, w, left, at, scratch);
     case CDynamic::kFastFrameOval:
       area.FastFrameOval(BoxAt(w));
       break;
@@ -182,16 +209,8 @@ std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words, std::i
     case CDynamic::kTextSize:
       area.TextSize(Int(w[0]), Int(w[1]));
       break;
-    case CDynamic::kDrawString: {
-      std::uint32_t const n = w[0];
-      if (static_cast<std::uint64_t>(left - used) < n) return kStop;
-      scratch.text.resize(static_cast<std::size_t>(n) + 1);
-      for (std::uint32_t i = 0; i < n; ++i) scratch.text[i] = static_cast<char>(w[used + i]);
-      scratch.text[n] = '\0';
-      used += n;
-      area.DrawString(scratch.text.data());
-      break;
-    }
+    case CDynamic::kDrawString:
+      return ReplayString(area, w, left, at, scratch);
     case CDynamic::kSetGRAMode: {
       gra_mode_union mode;
       mode.word = w[0];
@@ -229,8 +248,9 @@ void CDynamic::Redraw() {
   int const mode = drawArea->GetPenMode();
   Scratch scratch;
   // The recording and the area are read again before every record.
-  for (std::intptr_t at = 0; at >= 0 && drawArea != nullptr && at < recording.GetSize();) {
+  for (std::intptr_t at = 0; drawArea != nullptr && at < recording.GetSize();) {
     at = ReplayRecord(*drawArea, recording.GetData(), recording.GetSize(), at, scratch);
+    if (at == kStop) break;
   }
   if (drawArea != nullptr) drawArea->PenMode(mode);
 }

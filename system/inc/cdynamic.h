@@ -138,13 +138,11 @@ class TOVIK_API CDynamic : public SCC_EventNode<UI_DrawArea::RedrawBlock>, publi
   void DrawIcon(HICON icon, SYS_Point where, int value) override;
 
  protected:
-  // Room for count more words at the end of the recording.
-  std::uint32_t *Grow(std::intptr_t count);
   // Extends the extent by the box: replaces it while it is a single point.
   void Extend(SYS_Box const &box);
   // One record with a box and up to six more words.
   void RecordBox(Code code, SYS_Box const &box);
-  // Records a text of n characters behind what Grow gave.
+  // Writes n characters of text as words from at on.
   static void PutText(std::uint32_t *at, char const *text, std::intptr_t n);
 
   CDWordArray recording;
