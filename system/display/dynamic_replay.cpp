@@ -17,6 +17,11 @@ constexpr std::intptr_t kOperands[CDynamic::kLastCode + 1] = {
 
 constexpr std::intptr_t kStop = -1;
 
+// Where the record of a fixed length behind at ends. Each case of the walk
+// answers with its own constant, so that the processor can run ahead into
+// the next record instead of waiting for the code word to come in.
+constexpr std::intptr_t Next(std::intptr_t at, int code) { return at + 1 + kOperands[code]; }
+
 struct Scratch {
   std::vector<SYS_Point> points;
   std::vector<std::uint32_t> counts;
@@ -113,19 +118,18 @@ inline std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words,
   if (code > CDynamic::kLastCode) return at + 1;
   std::uint32_t const *const w = words + at + 1;
   std::intptr_t const left = size - at - 1;
-  std::intptr_t const used = kOperands[code];
-  if (left < used) return kStop;
+  if (left < kOperands[code]) return kStop;
 
   switch (code) {
     case CDynamic::kPenColor:
       area.PenColor(Int(w[0]));
-      break;
+      return Next(at, CDynamic::kPenColor);
     case CDynamic::kPenSize:
       area.PenSize(Int(w[0]));
-      break;
+      return Next(at, CDynamic::kPenSize);
     case CDynamic::kDrawXorBox:
       area.DrawXorBox(BoxAt(w));
-      break;
+      return Next(at, CDynamic::kDrawXorBox);
     case CDynamic::kDrawXorOval: {
       SYS_Box const box = BoxAt(w);
       if (WideEnough(area, box)) {
@@ -134,14 +138,14 @@ inline std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words,
       } else {
         area.DrawXorBox(box);
       }
-      break;
+      return Next(at, CDynamic::kDrawXorOval);
     }
     case CDynamic::kFillRect: {
       SYS_Box const box = BoxAt(w);
       int const value = Int(w[4]);
       area.PenMode(2);
       area.FillRect(box, value);
-      break;
+      return Next(at, CDynamic::kFillRect);
     }
     case CDynamic::kDrawXorText:
       return ReplayText(area, w, left, at);
@@ -154,7 +158,7 @@ inline std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words,
       area.PenColor(colour);
       area.PenSize(pen);
       area.DrawLine(from, to, pen, colour);
-      break;
+      return Next(at, CDynamic::kDrawLine);
     }
     case CDynamic::kDrawArc: {
       SYS_Box const box = BoxAt(w);
@@ -170,67 +174,66 @@ inline std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words,
       } else {
         area.DrawLine(first, second, pen, colour);
       }
-      break;
+      return Next(at, CDynamic::kDrawArc);
     }
     case CDynamic::kPenCap:
       area.PenCap(Int(w[0]));
-      break;
+      return Next(at, CDynamic::kPenCap);
     case CDynamic::kFastPolyPolyline:
       return ReplayPolyPolyline(area, w, left, at, scratch);
     case CDynamic::kSwitchPen:
       area.SwitchPen(Int(w[0]), Int(w[1]), Int(w[2]));
-      break;
+      return Next(at, CDynamic::kSwitchPen);
     case CDynamic::kFastMoveTo:
       area.FastMoveTo(PointAt(w));
-      break;
+      return Next(at, CDynamic::kFastMoveTo);
     case CDynamic::kFastLineTo:
       area.FastLineTo(PointAt(w));
-      break;
+      return Next(at, CDynamic::kFastLineTo);
     case CDynamic::kFastPaintOval:
       area.FastPaintOval(BoxAt(w));
-      break;
+      return Next(at, CDynamic::kFastPaintOval);
     case CDynamic::kFastPolyLine:
       return ReplayPolyLine(area, w, left, at, scratch);
     case CDynamic::kFastFrameOval:
       area.FastFrameOval(BoxAt(w));
-      break;
+      return Next(at, CDynamic::kFastFrameOval);
     case CDynamic::kTextAlign:
       area.TextAlign(Int(w[0]), Int(w[1]));
-      break;
+      return Next(at, CDynamic::kTextAlign);
     case CDynamic::kTextExtra:
       area.TextExtra(Int(w[0]));
-      break;
+      return Next(at, CDynamic::kTextExtra);
     case CDynamic::kTextFace:
       area.TextFace(Int(w[0]));
-      break;
+      return Next(at, CDynamic::kTextFace);
     case CDynamic::kTextPath:
       area.TextPath(w[0] * 0.0001);
-      break;
+      return Next(at, CDynamic::kTextPath);
     case CDynamic::kTextSize:
       area.TextSize(Int(w[0]), Int(w[1]));
-      break;
+      return Next(at, CDynamic::kTextSize);
     case CDynamic::kDrawString:
       return ReplayString(area, w, left, at, scratch);
     case CDynamic::kSetGRAMode: {
       gra_mode_union mode;
       mode.word = w[0];
       area.SetGRAMode(mode);
-      break;
+      return Next(at, CDynamic::kSetGRAMode);
     }
     case CDynamic::kDrawOnScreen:
       area.DrawOnScreen(w[0] != 0);
-      break;
+      return Next(at, CDynamic::kDrawOnScreen);
     case CDynamic::kDrawIcon: {
       auto const bits = static_cast<std::uint64_t>(w[0]) | static_cast<std::uint64_t>(w[1]) << 32;
       // The icon is the surface's: it is handed back, never looked behind.
       auto const icon = reinterpret_cast<HICON>(static_cast<std::uintptr_t>(bits));
       area.DrawIcon(icon, PointAt(w + 2), Int(w[4]));
-      break;
+      return Next(at, CDynamic::kDrawIcon);
     }
     default:
-      break;
+      return at + 1;  // cannot happen: the code was checked above
   }
-  return at + 1 + used;
 }
 
 // Clears the flag however the walk ends.
