@@ -53,6 +53,7 @@
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+#include "sys_shapes.h"
 
 // Display
 #include "ui_draw_area.h"
