@@ -60,6 +60,9 @@
 #include "cdynamic.h"
 #include "ui_palette_convertor.h"
 
+// Units
+#include "sys_convert.h"
+
 // Replay recorder
 #include "sys_test_repeater.h"
 
