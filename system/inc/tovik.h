@@ -52,6 +52,7 @@
 #include "sys_geometry_units.h"
 #include "sys_point.h"
 #include "sys_shapes.h"
+#include "sys_transform.h"
 
 // Replay recorder
 #include "sys_test_repeater.h"
