@@ -54,6 +54,9 @@
 #include "sys_shapes.h"
 #include "sys_transform.h"
 
+// Units
+#include "sys_convert.h"
+
 // Replay recorder
 #include "sys_test_repeater.h"
 
