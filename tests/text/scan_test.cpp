@@ -38,7 +38,8 @@ TEST(ScanTest, Scanners) {
   EXPECT_EQ(getdouble(nullptr, 0), nullptr);
   auto piece = [](char const *text, int index, char separator) {
     SYS_String out("old");
-    return std::to_string(SysExtractSubString(out, text, index, separator)) + ":" + static_cast<char const *>(out);
+    int const found = SysExtractSubString(out, text, index, separator);
+    return std::to_string(found) + ":" + static_cast<char const *>(out);
   };
   EXPECT_EQ(piece("a,b,c", 1, ','), "1:b");
   EXPECT_EQ(piece("a,b,", 2, ','), "1:") << "an empty last piece";
