@@ -10,6 +10,8 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
+#include "screen_types.h"
+#include "cdwordarray.h"
 
 // Core frame
 #include "sys_string.h"
@@ -55,6 +57,11 @@
 #include "sys_transform.h"
 #include "sys_geom_node.h"
 #include "sys_text_records.h"
+
+// Display
+#include "ui_draw_area.h"
+#include "cdynamic.h"
+#include "ui_palette_convertor.h"
 
 // Units
 #include "sys_convert.h"
