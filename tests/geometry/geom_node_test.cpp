@@ -21,6 +21,8 @@ TEST(GeomNode, WalksAndBarrier) {
   EXPECT_EQ(a.GetNextGeomRoot(), nullptr) << "the node itself is not looked at";
   a.IncludeRoot(&b);
   a.IncludeRoot(&c);
+  a.IncludeRoot(&a);  // would cut the ring behind a
+  a.IncludeRoot(nullptr);
   EXPECT_EQ(a.GetRoot(), &c) << "the ring is a, c, b";
   EXPECT_EQ(c.GetRoot(), &b);
   EXPECT_EQ(b.GetDBRoot(), &c) << "the nearer one, forward";
@@ -64,6 +66,7 @@ TEST(GeomNode, BrokenRingsEndTheWalks) {
   n.ExcludeNearType(SGN_GEOM_B);
   n.ExcludeByType(SGN_GEOM_B);
   EXPECT_EQ(n.GetPrevRoot(&n), nullptr);
+  EXPECT_EQ(n.GetNextRoot(nullptr), nullptr);
   n.ExcludeRoot(&n);
 
   Ring({&x, &y});
