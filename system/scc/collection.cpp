@@ -234,7 +234,8 @@ SCC_StdCollection::SCC_StdCollection(SCC_StdCollection *newParent)
       parentHook(this, &SCC_StdCollection::OnParentNotification),
       mayRepeat(0),
       lookupHint(-1),
-      reloadCount(0) {
+      reloadCount(0),
+      settling(nullptr) {
   focusHandles.SetComparator(new SCC_Comparator<SCC_Handle>());
   handles.SetComparator(new SCC_Comparator<SCC_Handle>());
   SetParent(newParent);
@@ -259,7 +260,8 @@ SCC_StdCollection::SCC_StdCollection(SCC_StdCollection &other)
       parentHook(this, &SCC_StdCollection::OnParentNotification),
       mayRepeat(other.mayRepeat),
       lookupHint(other.lookupHint),
-      reloadCount(0) {
+      reloadCount(0),
+      settling(nullptr) {
   Steps::JoinBefore(*this, other);
   Steps::AdoptHooks(*this, other);
   Steps::JoinBefore(parentHook, other.parentHook);
