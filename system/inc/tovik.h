@@ -37,9 +37,26 @@
 #include "sys_filter.h"
 #include "scc_collection.h"
 #include "sys_std_interface.h"
+#include "scc_saved_handles.h"
+#include "scc_nsync_client.h"
+
+// Files
+#include "sfm_file_path.h"
+
+// Values and properties
+#include "scc_variant.h"
+#include "scc_convertor.h"
+#include "scc_property.h"
 
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+#include "sys_shapes.h"
+
+// Units
+#include "sys_convert.h"
+
+// Replay recorder
+#include "sys_test_repeater.h"
 
 #endif  // TOVIK_H
