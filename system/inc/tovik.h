@@ -10,6 +10,8 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
+#include "screen_types.h"
+#include "cdwordarray.h"
 
 // Core frame
 #include "sys_string.h"
@@ -52,6 +54,12 @@
 #include "sys_geometry_units.h"
 #include "sys_point.h"
 #include "sys_shapes.h"
+#include "sys_transform.h"
+
+// Display
+#include "ui_draw_area.h"
+#include "cdynamic.h"
+#include "ui_palette_convertor.h"
 
 // Units
 #include "sys_convert.h"
