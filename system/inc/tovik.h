@@ -8,6 +8,10 @@
 #include "cstring.h"
 #include "mbtext.h"
 #include "numtext.h"
+#include "file_io.h"
+#include "dir_search.h"
+#include "process.h"
+#include "app_profile.h"
 
 // Core frame
 #include "sys_string.h"
@@ -37,5 +41,10 @@
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+
+// Files
+#include "sfm_file.h"
+#include "sfm_manager.h"
+#include "sfm_message_db.h"
 
 #endif  // TOVIK_H

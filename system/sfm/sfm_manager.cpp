@@ -1,0 +1,129 @@
+#include "sfm_manager.h"
+
+#include <cerrno>
+#include <string>
+
+#include "process.h"
+#include "sfm_message_db.h"
+#include "ssm.h"
+
+template class SCC_EventNode<SFM_EventData>;
+template class SCC_Event<SFM_EventData>;
+template class SCC_EventIterator<SFM_EventData>;
+template class SCC_SafeDListNode<SFM_File>;
+template class SCC_SafeDListIterator<SFM_File>;
+template class SCC_SafeDList<SFM_File>;
+
+SFM *SFM::Instance = nullptr;
+std::int32_t SFM::InstanceCount = 0;
+
+namespace {
+
+void DestroyManager() { delete SFM::GetManager(); }
+
+}  // namespace
+
+SFM *SFM::GetManager() {
+  if (Instance != nullptr || InstanceCount != 0) return Instance;
+  new SFM();
+  tovik::os::AtExit(&DestroyManager);
+  return Instance;
+}
+
+SFM::SFM() : messageDB(nullptr) {
+  SSM_CHECK(InstanceCount == 0 && Instance == nullptr, "Tovik: there is a file manager already");
+  if (InstanceCount != 0 || Instance != nullptr) return;
+  Instance = this;
+  InstanceCount = 1;
+}
+
+SFM::SFM(SFM &other) : messageDB(nullptr), event(other.event) { fileList.TakeOver(other.fileList); }
+
+SFM &SFM::operator=(SFM &other) {
+  if (&other == this) return *this;
+  fileList.TakeOver(other.fileList);
+  event = other.event;
+  return *this;
+}
+
+SFM::~SFM() {
+  // The database's file still raises its events here, with the list intact.
+  delete messageDB;
+  messageDB = nullptr;
+  if (Instance != this) return;
+  Instance = nullptr;
+  InstanceCount = -1;
+}
+
+SFM::EventCode SFM::Event(EventCode code, SFM_EventData &data) {
+  data.SetResult(EvNone);
+  data.error = errno;
+  // Out of handles: the open is simply tried again once another file let go.
+  if (code == EvOpenFailed && (data.error == EMFILE || data.error == ENFILE) && TempCloseSomeFile()) {
+    return EvRetry;
+  }
+  if (code >= EvOverwrite) CreateMessage(code, data);
+  if (code == EvOpening) {
+    SFM_File *const file = FindFirstFile(data.fileName1);
+    if (file != nullptr && file != fileList.GetHead()) {
+      fileList.Remove(file);
+      fileList.AddHead(file);
+    }
+  }
+  event.Notify(code, &data);
+  if (code < EvOverwrite) return data.GetResult();
+  if (SFM_File *const file = FindFirstFile(data.fileName1)) file->SetMsg(data.GetText());
+  return data.GetResult();
+}
+
+void SFM::CreateMessage(EventCode, SFM_EventData &data) {
+  std::string text;
+  if (tovik::os::ErrorText(data.error, text)) {
+    data.SetText(text.c_str());
+  } else {
+    SYS_String fallback;
+    fallback.Format("Error %i occurred (no further info).", data.error);
+    data.SetText(fallback);
+  }
+}
+
+int SFM::TempCloseSomeFile() {
+  // A plain walk: MayBeTempClosed only asks, and the walk ends with the one
+  // call that acts, so no change of the list can meet it half-way.
+  for (SFM_File *file = fileList.GetTail(); file != nullptr; file = file->GetPrevInList()) {
+    if (file->MayBeTempClosed()) {
+      file->TempClose();
+      return 1;
+    }
+  }
+  return 0;
+}
+
+SFM_File *SFM::FindFirstFile(SYS_String const &fileName) {
+  int const length = fileName.GetLength();
+  for (SFM_File *file = fileList.GetHead(); file != nullptr; file = file->GetNextInList()) {
+    SYS_String const &candidate = file->GetName();
+    if (candidate.GetLength() == length && candidate == fileName) return file;
+  }
+  return nullptr;
+}
+
+SFM_EventData::SFM_EventData(char const *name1, char const *name2)
+    : error(0), fileName1(name1), fileName2(name2), result(SFM::EvNone) {}
+
+void SFM_EventData::SetResult(SFM::EventCode code) {
+  if (code != SFM::EvNone) {
+    SSM_CHECK(result == SFM::EvNone, "Tovik: the event has been answered already");
+    if (result != SFM::EvNone) return;
+  }
+  result = code;
+}
+
+SYS_String SFM_EventData::GetText() const {
+  SYS_String full = text;
+  for (SYS_String const *name : {&fileName1, &fileName2}) {
+    if (name->IsEmpty()) continue;
+    full << "\r\n\"" << *name << "\"";
+  }
+  return full;
+}
