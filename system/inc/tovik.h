@@ -8,6 +8,8 @@
 #include "cstring.h"
 #include "mbtext.h"
 #include "numtext.h"
+#include "resstrings.h"
+#include "exitcleanup.h"
 #include "file_io.h"
 #include "dir_search.h"
 #include "process.h"
@@ -18,6 +20,8 @@
 #include "ssm_check.h"
 #include "ssm.h"
 #include "sys_exception.h"
+#include "sys_translation.h"
+#include "sys_scan.h"
 
 // Events
 #include "scc_event.h"
@@ -37,14 +41,25 @@
 #include "sys_filter.h"
 #include "scc_collection.h"
 #include "sys_std_interface.h"
+#include "scc_saved_handles.h"
+#include "scc_nsync_client.h"
+
+// Files
+#include "sfm_file_path.h"
+#include "sfm_file.h"
+#include "sfm_manager.h"
+#include "sfm_message_db.h"
+
+// Values and properties
+#include "scc_variant.h"
+#include "scc_convertor.h"
+#include "scc_property.h"
 
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
 
-// Files
-#include "sfm_file.h"
-#include "sfm_manager.h"
-#include "sfm_message_db.h"
+// Replay recorder
+#include "sys_test_repeater.h"
 
 #endif  // TOVIK_H

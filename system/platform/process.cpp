@@ -3,34 +3,13 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <string>
-#include <vector>
 
 extern char **environ;
 
 namespace tovik::os {
-
-namespace {
-
-std::vector<void (*)()> &CleanUps() {
-  static std::vector<void (*)()> cleanUps;
-  return cleanUps;
-}
-
-void RunCleanUps() {
-  std::vector<void (*)()> &cleanUps = CleanUps();
-  while (!cleanUps.empty()) {
-    void (*const cleanUp)() = cleanUps.back();
-    cleanUps.pop_back();
-    cleanUp();
-  }
-}
-
-}  // namespace
 
 bool ErrorText(int error, std::string &text) {
   char const *const description = ::strerrordesc_np(error);
@@ -54,15 +33,6 @@ int StartCommand(char const *command, char const *argument) {
   while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
   }
   return 1;
-}
-
-void AtExit(void (*cleanUp)()) {
-  if (cleanUp == nullptr) return;
-  std::vector<void (*)()> &cleanUps = CleanUps();
-  if (std::find(cleanUps.begin(), cleanUps.end(), cleanUp) != cleanUps.end()) return;
-  static bool const registered = std::atexit(RunCleanUps) == 0;
-  (void)registered;
-  cleanUps.push_back(cleanUp);
 }
 
 }  // namespace tovik::os

@@ -1,5 +1,5 @@
-// The process around the library: starting another program, and the
-// clean-ups that run when the process ends.
+// The process around the library: the system's texts for its errors, and
+// starting another program.
 #ifndef TOVIK_PROCESS_H
 #define TOVIK_PROCESS_H
 
@@ -18,12 +18,6 @@ TOVIK_API bool ErrorText(int error, std::string &text);
 // holds. Does not wait for the program, and leaves no zombie behind: the
 // program is handed to the system's reaper. 1 if it was started, else 0.
 TOVIK_API int StartCommand(char const *command, char const *argument);
-
-// Registers a clean-up to run at process exit. A function registered twice
-// runs once. Clean-ups run in the reverse order of their registration, before
-// the library's static objects are destroyed; one registered while they run
-// runs too.
-TOVIK_API void AtExit(void (*cleanUp)());
 
 }  // namespace tovik::os
 

@@ -46,8 +46,6 @@ class SCC_StdCollection::Steps {
   // Copies other's hooks' ring places for the hooks c copied from it, with c
   // as their target.
   static void AdoptHooks(SCC_StdCollection &c, SCC_StdCollection &other);
-  // Joins node to the ring of other, just before other; alone if other is.
-  static void JoinBefore(SCC_EventNode<int> &node, SCC_EventNode<int> &other);
 
   // --- Reload (collection_reload.cpp) -------------------------------------
 

@@ -58,10 +58,14 @@ int SYS_Filter::IsTrue(SCC_Handle handle) {
 
 void SYS_Filter::DetachFromOperands() {
   Hold const hold(this);
-  // Each node stays alive through the one above it, the top through hold.
-  for (SYS_Filter *node = this; node->left != nullptr; node = node->left) {
-    SYS_Filter *const operand = node->left;
-    if (operand->composite == node) operand->composite = nullptr;
+  // Letting go of a slot never deletes the composite in it: the top is held
+  // by hold, and every composite below it by the left slot of the one above.
+  // The next step is still taken before the slot is released, so the walk
+  // reads nothing that the release could have touched.
+  for (SYS_Filter *node = this; node->left != nullptr;) {
+    SYS_Filter *const above = node;
+    node = node->left;
+    if (node->composite == above) node->composite = nullptr;
   }
 }
 

@@ -3,9 +3,12 @@
 #include <cerrno>
 #include <string>
 
+#include "exitcleanup.h"
 #include "process.h"
 #include "sfm_message_db.h"
 #include "ssm.h"
+#include "sys_scan.h"
+#include "sys_translation.h"
 
 template class SCC_EventNode<SFM_EventData>;
 template class SCC_Event<SFM_EventData>;
@@ -26,7 +29,7 @@ void DestroyManager() { delete SFM::GetManager(); }
 SFM *SFM::GetManager() {
   if (Instance != nullptr || InstanceCount != 0) return Instance;
   new SFM();
-  tovik::os::AtExit(&DestroyManager);
+  tovik::platform::RegisterExitCleanup(&DestroyManager);
   return Instance;
 }
 
@@ -81,9 +84,7 @@ void SFM::CreateMessage(EventCode, SFM_EventData &data) {
   if (tovik::os::ErrorText(data.error, text)) {
     data.SetText(text.c_str());
   } else {
-    SYS_String fallback;
-    fallback.Format("Error %i occurred (no further info).", data.error);
-    data.SetText(fallback);
+    data.SetText(FormattedString(TR(45103), data.error));
   }
 }
 
