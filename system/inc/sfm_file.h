@@ -155,6 +155,9 @@ class TOVIK_API SFM_File : public SCC_SafeDListNode<SFM_File> {
   std::int32_t GetLength();
 
  private:
+  // Name and stream changes, told to the manager while the file is in its list.
+  void Rename(SYS_String const &text);
+  void SetStream(FILE *newStream);
   // The mode for bringing a temp-closed file back: "w" becomes "a".
   SYS_String GetReOpenMode() const;
   // Forgets the cached length unless the position lies inside it.

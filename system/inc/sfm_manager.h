@@ -18,6 +18,7 @@
 #include <cstdint>
 
 #include "scc_event.h"
+#include "scc_map.h"
 #include "scc_safe_list.h"
 #include "sfm_file.h"
 #include "sys_string.h"
@@ -53,8 +54,9 @@ class TOVIK_API SFM {
   static SFM *GetManager();
 
   SFM();
-  // Takes over other's files and subscribers. A second manager has no place
-  // in the design: the copy does not become the process's manager.
+  // Take over other's subscribers. A second manager has no place in the
+  // design: the copy does not become the process's manager, and the files
+  // stay with the manager they registered with.
   SFM(SFM &other);
   SFM &operator=(SFM &other);
   ~SFM();
@@ -81,14 +83,26 @@ class TOVIK_API SFM {
 
   // The system's text for data's error, or the numbered fallback.
   void CreateMessage(EventCode code, SFM_EventData &data);
+  // Event as raised by a file of the list, which is then the first file of
+  // its name whenever no other file has that name.
+  EventCode Event(EventCode code, SFM_EventData &data, SFM_File *raiser);
   // Temp-closes the least recently opened file that may be; 1 if it did.
   int TempCloseSomeFile();
   // The first file of that name from the head, or null.
-  SFM_File *FindFirstFile(SYS_String const &fileName);
+  SFM_File *FindFirstFile(SYS_String const &fileName, SFM_File *raiser);
+  // Bookkeeping of the files in the list: their names, and which hold a stream.
+  void CountName(SYS_String const &fileName, int change);
+  void CountStream(int change) { streamFiles += change; }
 
   SFM_FileList fileList;
   SFM_MessageDB *messageDB;  // owned; null until Initiate
   SCC_Event<SFM_EventData> event;
+  // How many files of the list have each name, so that an event finds its
+  // file without a walk when the name is unique.
+  SCC_Map<SYS_String, std::int32_t> nameCounts;
+  // How many files of the list hold a stream: a walk for one to close stops
+  // once it has met them all.
+  std::int32_t streamFiles;
 };
 
 // One file event: the names of the files, the system's error, its text and

@@ -44,7 +44,10 @@ SFM_File::SFM_File(char const *fileName)
     name = fileName;
     length = -1;
   }
-  if (SFM *const manager = SFM::GetManager()) manager->fileList.AddHead(this);
+  if (SFM *const manager = SFM::GetManager()) {
+    manager->fileList.AddHead(this);
+    manager->CountName(name, 1);
+  }
 }
 
 SFM_File::SFM_File(char const *fileName, char const *fileMode) : SFM_File(fileName) {
@@ -66,7 +69,7 @@ SFM_File::SFM_File(SFM_File const &other)
 SFM_File &SFM_File::operator=(SFM_File const &other) {
   if (&other == this) return *this;
   Close();
-  name = other.name;
+  Rename(other.name);
   mode = other.mode;
   length = name.IsEmpty() ? 0 : -1;
   return *this;
@@ -74,6 +77,7 @@ SFM_File &SFM_File::operator=(SFM_File const &other) {
 
 SFM_File::~SFM_File() {
   Close();
+  if (SFM *const manager = IsAlone() ? nullptr : SFM::GetManager()) manager->CountName(name, -1);
   if (mapping != nullptr) {
     // Only a view that the system refused to unmap is left here.
     delete mapping;
@@ -83,8 +87,22 @@ SFM_File::~SFM_File() {
 void SFM_File::SetName(SYS_String const &text) {
   SSM_CHECK(!IsOpen(), "Tovik: cannot rename an open file");
   if (IsOpen()) return;
-  name = text;
+  Rename(text);
   length = -1;  // the cached length was the old file's
+}
+
+void SFM_File::Rename(SYS_String const &text) {
+  SFM *const manager = IsAlone() ? nullptr : SFM::GetManager();
+  if (manager != nullptr) manager->CountName(name, -1);
+  name = text;
+  if (manager != nullptr) manager->CountName(name, 1);
+}
+
+void SFM_File::SetStream(FILE *newStream) {
+  int const change = (newStream != nullptr ? 1 : 0) - (stream != nullptr ? 1 : 0);
+  stream = newStream;
+  if (change == 0 || IsAlone()) return;
+  if (SFM *const manager = SFM::GetManager()) manager->CountStream(change);
 }
 
 void SFM_File::SetMode(SYS_String const &text) {
@@ -108,7 +126,7 @@ void SFM_File::TempClose() {
   tempClosed = 1;
   errno = 0;
   FILE *const closing = stream;
-  stream = nullptr;
+  SetStream(nullptr);
   // A failed close has lost buffered data: its owner hears of it.
   if (tovik::io::Close(closing) != 0) RaiseEvent(SFM::EvWriteFailed);
 }
@@ -126,7 +144,7 @@ void SFM_File::ReOpen() {
   SYS_String const reopenMode = GetReOpenMode();
   for (;;) {
     errno = 0;
-    stream = tovik::io::Open(name, reopenMode);
+    SetStream(tovik::io::Open(name, reopenMode));
     if (stream != nullptr || RaiseEvent(SFM::EvOpenFailed) != SFM::EvRetry) break;
   }
   if (stream != nullptr) {
@@ -152,7 +170,7 @@ int SFM_File::Open(SYS_String newMode) {
   for (;;) {
     errno = 0;
     if (!newMode.IsEmpty()) mode = newMode;
-    stream = tovik::io::Open(name, mode);
+    SetStream(tovik::io::Open(name, mode));
     if (stream != nullptr) {
       RaiseEvent(SFM::EvOpened);
       length = -1;
@@ -188,12 +206,11 @@ void SFM_File::Close() {
       errno = 0;
       tovik::io::ClearError(stream);
       FILE *const closing = stream;
-      stream = nullptr;
+      SetStream(nullptr);
       RaiseEvent(tovik::io::Close(closing) != 0 ? SFM::EvCloseFailed : SFM::EvClosed);
     }
   }
   if (mapping != nullptr) UnmapMemory();
-  stream = nullptr;
 }
 
 void *SFM_File::MapToMemory() {
@@ -270,7 +287,7 @@ int SFM_File::RaiseEvent(int code) {
   SFM *const manager = SFM::GetManager();
   if (manager == nullptr) return SFM::EvNone;
   SFM_EventData data(name, nullptr);
-  return manager->Event(static_cast<SFM::EventCode>(code), data);
+  return manager->Event(static_cast<SFM::EventCode>(code), data, this);
 }
 
 bool SFM_File::TransferFailed(int code) {

@@ -33,18 +33,16 @@ SFM *SFM::GetManager() {
   return Instance;
 }
 
-SFM::SFM() : messageDB(nullptr) {
+SFM::SFM() : messageDB(nullptr), streamFiles(0) {
   SSM_CHECK(InstanceCount == 0 && Instance == nullptr, "Tovik: there is a file manager already");
   if (InstanceCount != 0 || Instance != nullptr) return;
   Instance = this;
   InstanceCount = 1;
 }
 
-SFM::SFM(SFM &other) : messageDB(nullptr), event(other.event) { fileList.TakeOver(other.fileList); }
+SFM::SFM(SFM &other) : messageDB(nullptr), event(other.event), streamFiles(0) {}
 
 SFM &SFM::operator=(SFM &other) {
-  if (&other == this) return *this;
-  fileList.TakeOver(other.fileList);
   event = other.event;
   return *this;
 }
@@ -58,7 +56,9 @@ SFM::~SFM() {
   InstanceCount = -1;
 }
 
-SFM::EventCode SFM::Event(EventCode code, SFM_EventData &data) {
+SFM::EventCode SFM::Event(EventCode code, SFM_EventData &data) { return Event(code, data, nullptr); }
+
+SFM::EventCode SFM::Event(EventCode code, SFM_EventData &data, SFM_File *raiser) {
   data.SetResult(EvNone);
   data.error = errno;
   // Out of handles: the open is simply tried again once another file let go.
@@ -67,7 +67,7 @@ SFM::EventCode SFM::Event(EventCode code, SFM_EventData &data) {
   }
   if (code >= EvOverwrite) CreateMessage(code, data);
   if (code == EvOpening) {
-    SFM_File *const file = FindFirstFile(data.fileName1);
+    SFM_File *const file = FindFirstFile(data.fileName1, raiser);
     if (file != nullptr && file != fileList.GetHead()) {
       fileList.Remove(file);
       fileList.AddHead(file);
@@ -75,7 +75,7 @@ SFM::EventCode SFM::Event(EventCode code, SFM_EventData &data) {
   }
   event.Notify(code, &data);
   if (code < EvOverwrite) return data.GetResult();
-  if (SFM_File *const file = FindFirstFile(data.fileName1)) file->SetMsg(data.GetText());
+  if (SFM_File *const file = FindFirstFile(data.fileName1, raiser)) file->SetMsg(data.GetText());
   return data.GetResult();
 }
 
@@ -89,24 +89,40 @@ void SFM::CreateMessage(EventCode, SFM_EventData &data) {
 }
 
 int SFM::TempCloseSomeFile() {
-  // A plain walk: MayBeTempClosed only asks, and the walk ends with the one
-  // call that acts, so no change of the list can meet it half-way.
-  for (SFM_File *file = fileList.GetTail(); file != nullptr; file = file->GetPrevInList()) {
-    if (file->MayBeTempClosed()) {
-      file->TempClose();
-      return 1;
-    }
+  // The files that hold a stream are counted, so the walk stops once it has
+  // met them all; the last of them that may go is the least recently opened.
+  SFM_File *chosen = nullptr;
+  std::int32_t seen = 0;
+  for (SFM_File *file = fileList.GetHead(); file != nullptr && seen < streamFiles;
+       file = file->GetNextInList()) {
+    if (file->stream == nullptr) continue;
+    ++seen;
+    if (file->MayBeTempClosed()) chosen = file;
   }
-  return 0;
+  if (chosen == nullptr) return 0;
+  chosen->TempClose();
+  return 1;
 }
 
-SFM_File *SFM::FindFirstFile(SYS_String const &fileName) {
+SFM_File *SFM::FindFirstFile(SYS_String const &fileName, SFM_File *raiser) {
+  if (raiser != nullptr && !raiser->IsAlone() && raiser->GetName() == fileName) {
+    std::int32_t const *const count = nameCounts.Find(fileName);
+    if (count != nullptr && *count == 1) return raiser;
+  }
   int const length = fileName.GetLength();
   for (SFM_File *file = fileList.GetHead(); file != nullptr; file = file->GetNextInList()) {
     SYS_String const &candidate = file->GetName();
     if (candidate.GetLength() == length && candidate == fileName) return file;
   }
   return nullptr;
+}
+
+void SFM::CountName(SYS_String const &fileName, int change) {
+  std::int32_t *count = nameCounts.Find(fileName);
+  if (count == nullptr) count = nameCounts.Insert(fileName, 0);
+  if (count == nullptr) return;
+  *count += change;
+  if (*count <= 0) nameCounts.Remove(fileName);
 }
 
 SFM_EventData::SFM_EventData(char const *name1, char const *name2)
