@@ -145,6 +145,13 @@ class TOVIK_API SFM_File : public SCC_SafeDListNode<SFM_File> {
   // an error (204) or when the file is not open.
   virtual std::int32_t Printf(char const *format, ...) __attribute__((format(printf, 2, 3)));
 
+  // The file operations of SFM_Directory on this file's name, with their
+  // events: CopyFileA, MoveFileA, DeleteFileA and FileExists.
+  int Copy(char const *target, int overwrite);
+  int Move(char const *target, int overwrite);
+  int Delete();
+  int Exists();
+
   void Rewind() { Seek(0, begin); }
   void SeekToEnd() { Seek(0, end); }
   // The position, or -1 when the file is not open (or beyond 2 GiB - 1).

@@ -12,6 +12,10 @@
 // The manager is made by the first GetManager() and destroyed by a clean-up
 // at process exit; from then on GetManager() answers null for good, and files
 // that outlive it raise no events. It does not own the files in its list.
+//
+// Its services: the process's one message database (Initiate), the
+// application's profile (app_profile.h), an external editor for a file, and
+// names looked up in a list of directories.
 #ifndef TOVIK_SFM_MANAGER_H
 #define TOVIK_SFM_MANAGER_H
 
@@ -20,6 +24,8 @@
 #include "scc_event.h"
 #include "scc_map.h"
 #include "scc_safe_list.h"
+#include "scc_array.h"
+#include "sfm_directory.h"
 #include "sfm_file.h"
 #include "sys_string.h"
 #include "tovik_export.h"
@@ -29,6 +35,9 @@ class SFM_MessageDB;
 
 // Every registered file. Destroying the list leaves the files alone.
 class TOVIK_API SFM_FileList : public SCC_SafeDList<SFM_File> {};
+
+// The directories GetExternalFileName looks in, filled by the application.
+class TOVIK_API SFM_DirArray : public SCC_Array<SFM_Directory> {};
 
 class TOVIK_API SFM {
  public:
@@ -54,12 +63,35 @@ class TOVIK_API SFM {
   static SFM *GetManager();
 
   SFM();
+  // Loads the message database once: a name with the extension ".mdb" (in
+  // any case) in the compiled form, any other in the text form. Later calls
+  // and a null name change nothing.
+  virtual void Initiate(char const *name);
+  // Checks the message database and every file of the list, each test a
+  // check of its own; 1 when all hold, else 0.
+  virtual int IsValid() const;
   // Take over other's subscribers. A second manager has no place in the
   // design: the copy does not become the process's manager, and the files
   // stay with the manager they registered with.
   SFM(SFM &other);
   SFM &operator=(SFM &other);
-  ~SFM();
+  virtual ~SFM();
+
+  // The application's profile, by section and entry.
+  SYS_String ReadProfileString(char const *section, char const *entry, char const *defaultValue);
+  int SetProfileString(char const *section, char const *entry, char const *value);
+  int GetProfileIntA(char const *section, char const *entry, int defaultValue);
+  int SetProfileInt(char const *section, char const *entry, int value);
+  // Starts the editor of the profile's entry "editor" in section "general"
+  // on the file, without waiting for it; nothing without an editor.
+  void ShowFile(char const *name);
+  // name in the directory of that index (a bad index fails a check), unless
+  // it has a base of its own or is absolute.
+  SYS_String GetExternalFileName(int index, char const *name);
+  // The message database, null until Initiate.
+  SFM_MessageDB *GetMessageDB() const { return messageDB; }
+  // The directories of GetExternalFileName, for the application to fill.
+  SFM_DirArray &GetDirectories() { return directories; }
 
   // The one entry for file events; see the header comment. Codes from 151 up
   // get the system's text for the error, which the first file of that name
@@ -97,6 +129,7 @@ class TOVIK_API SFM {
   SFM_FileList fileList;
   SFM_MessageDB *messageDB;  // owned; null until Initiate
   SCC_Event<SFM_EventData> event;
+  SFM_DirArray directories;
   // How many files of the list have each name, so that an event finds its
   // file without a walk when the name is unique.
   SCC_Map<SYS_String, std::int32_t> nameCounts;

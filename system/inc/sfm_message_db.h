@@ -114,6 +114,11 @@ class TOVIK_API SFM_MessageDB {
   // database's own file is a failed check.
   void Save(SYS_String const &name);
 
+  // What the database holds, for tools that list it: the key map (null when
+  // the file did not open) and the sections, latest added in front.
+  SCC_Map<int, keyTableElem> const *GetKeys() const { return keys; }
+  SCC_SafeDList<SectionTableNode> const &GetSections() const { return sections; }
+
  protected:
   // The first section from the front whose name equals name, ignoring case.
   SectionTableNode *GetSection(SYS_String const &name);

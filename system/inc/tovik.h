@@ -47,6 +47,7 @@
 // Files
 #include "sfm_file_path.h"
 #include "sfm_file.h"
+#include "sfm_directory.h"
 #include "sfm_manager.h"
 #include "sfm_message_db.h"
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "file_io.h"
+#include "sfm_directory.h"
 #include "sfm_manager.h"
 #include "ssm.h"
 
@@ -179,6 +180,14 @@ int SFM_File::Open(SYS_String newMode) {
     if (RaiseEvent(SFM::EvOpenFailed) != SFM::EvRetry) return 0;
   }
 }
+
+int SFM_File::Copy(char const *target, int overwrite) { return SFM_Directory().CopyFileA(name, target, overwrite); }
+
+int SFM_File::Move(char const *target, int overwrite) { return SFM_Directory().MoveFileA(name, target, overwrite); }
+
+int SFM_File::Delete() { return SFM_Directory().DeleteFileA(name); }
+
+int SFM_File::Exists() { return SFM_Directory().FileExists(name); }
 
 bool SFM_File::Ready() {
   ReOpen();

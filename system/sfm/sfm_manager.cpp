@@ -3,7 +3,10 @@
 #include <cerrno>
 #include <string>
 
+#include "app_profile.h"
 #include "exitcleanup.h"
+#include "file_io.h"
+#include "mbtext.h"
 #include "process.h"
 #include "sfm_message_db.h"
 #include "ssm.h"
@@ -16,6 +19,8 @@ template class SCC_EventIterator<SFM_EventData>;
 template class SCC_SafeDListNode<SFM_File>;
 template class SCC_SafeDListIterator<SFM_File>;
 template class SCC_SafeDList<SFM_File>;
+template class _SCC_Buffer<SFM_Directory>;
+template class SCC_Array<SFM_Directory>;
 
 SFM *SFM::Instance = nullptr;
 std::int32_t SFM::InstanceCount = 0;
@@ -54,6 +59,56 @@ SFM::~SFM() {
   if (Instance != this) return;
   Instance = nullptr;
   InstanceCount = -1;
+}
+
+void SFM::Initiate(char const *name) {
+  if (messageDB != nullptr || name == nullptr) return;
+  if (tovik::mb::ICmp(SFM_FilePath(name).GetFileExtension(), ".mdb") == 0) {
+    messageDB = new SFM_MessageDB(name);
+  } else {
+    messageDB = new SFM_MessageDB(name, 0);
+  }
+}
+
+int SFM::IsValid() const {
+  bool const database = messageDB != nullptr && messageDB->IsValid();
+  SSM_CHECK(database, "Tovik: the message database is missing or broken");
+  bool const list = fileList.IsValid() != 0;
+  SSM_CHECK(list, "Tovik: the file list is broken");
+  if (!list) return 0;
+  bool files = true;
+  for (SFM_File const *file = fileList.GetHead(); file != nullptr; file = file->GetNextInList()) {
+    bool const valid = file->IsValid() != 0;
+    SSM_CHECK(valid, "Tovik: a file of the list is broken");
+    files = files && valid;
+  }
+  return database && files ? 1 : 0;
+}
+
+SYS_String SFM::ReadProfileString(char const *section, char const *entry, char const *defaultValue) {
+  return SYS_String(tovik::app::GetProfileString(section, entry, defaultValue).c_str());
+}
+
+int SFM::SetProfileString(char const *section, char const *entry, char const *value) {
+  return tovik::app::WriteProfileString(section, entry, value);
+}
+
+int SFM::GetProfileIntA(char const *section, char const *entry, int defaultValue) {
+  return tovik::app::GetProfileInt(section, entry, defaultValue);
+}
+
+int SFM::SetProfileInt(char const *section, char const *entry, int value) {
+  return tovik::app::WriteProfileInt(section, entry, value);
+}
+
+void SFM::ShowFile(char const *name) {
+  SYS_String const editor = ReadProfileString("general", "editor", "");
+  if (editor.IsEmpty()) return;
+  tovik::os::StartCommand(editor, tovik::io::NativePath(name).c_str());
+}
+
+SYS_String SFM::GetExternalFileName(int index, char const *name) {
+  return directories.GetAt(index) + name;
 }
 
 SFM::EventCode SFM::Event(EventCode code, SFM_EventData &data) { return Event(code, data, nullptr); }
