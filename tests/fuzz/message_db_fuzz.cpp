@@ -27,7 +27,7 @@ void Walk(SFM_MessageDB &db, SYS_String const &section, std::int32_t keys) {
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
   static std::string const path = [] {
     std::freopen("/dev/null", "w", stdout);  // the text loader's reports
-    char name[] = "/tmp/tovik-fuzz-XXXXXX";
+    char name[] = "/dev/shm/tovik-fuzz-XXXXXX";  // memory: the file is rewritten per input
     ::close(::mkstemp(name));
     return std::string(name);
   }();

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,13 +13,17 @@
 #include <string>
 #include <vector>
 
+#include "app_profile.h"
 #include "sfm_manager.h"
+#include "sfm_message_db.h"
 #include "sfm_test_support.h"
 
 namespace {
 
+using sfm_test::ReadAll;
 using sfm_test::Recorder;
 using sfm_test::TempDir;
+using sfm_test::WriteAll;
 
 TEST(ManagerTest, EventsActOnTheFileNearestTheHead) {
   TempDir dir;
@@ -60,6 +65,37 @@ TEST(ManagerTest, GoneForGoodAfterTheCleanUp) {
         std::exit(gone && late.Open("r") == 0 ? 0 : 1);
       },
       ::testing::ExitedWithCode(0), "");
+}
+
+TEST(ManagerTest, ServicesDatabaseProfileEditorDirectories) {
+  TempDir dir;
+  WriteAll(dir / "m.txt", "1:one\n");
+  SFM_MessageDB((dir / "m.txt").c_str(), 0).Save((dir / "Messages.MDB").c_str());
+  SFM *const manager = SFM::GetManager();
+  manager->Initiate((dir / "Messages.MDB").c_str());
+  manager->Initiate((dir / "m.txt").c_str());
+  ASSERT_NE(manager->GetMessageDB(), nullptr);
+  EXPECT_STREQ(manager->GetMessageDB()->getTxt(1), "one");
+  EXPECT_EQ(manager->GetMessageDB()->GetSectionBase(""), -1) << "the compiled form, once";
+  EXPECT_EQ(manager->IsValid(), 1);
+
+  tovik::app::SetProfilePath((dir / "app.ini").c_str());
+  WriteAll(dir / "app.ini", "; kept\n[General]\n Editor = \n");
+  manager->ShowFile((dir / "never").c_str());
+  EXPECT_EQ(manager->SetProfileString("general", "editor", "touch"), 1);
+  EXPECT_EQ(ReadAll(dir / "app.ini"), "; kept\n[General]\nEditor=touch\n");
+  manager->ShowFile((dir / "shown file").c_str());
+  for (int wait = 0; wait < 500 && !std::filesystem::exists(dir / "shown file"); ++wait) ::usleep(10000);
+  EXPECT_TRUE(std::filesystem::exists(dir / "shown file"));
+  EXPECT_FALSE(std::filesystem::exists(dir / "never"));
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "no child is left to reap";
+  EXPECT_EQ(manager->SetProfileInt("general", "count", 7), 1);
+  EXPECT_EQ(manager->GetProfileIntA("GENERAL", "count", 0), 7);
+  EXPECT_EQ(manager->GetProfileIntA("general", "missing", 3), 3);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path), {}), 4) << "no temporary left";
+
+  manager->GetDirectories().Append(SFM_Directory("/lib"));
+  EXPECT_STREQ(manager->GetExternalFileName(0, "x.so"), "/lib\\x.so");
 }
 
 // Byte j of file i.
