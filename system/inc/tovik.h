@@ -10,10 +10,15 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
+<<<<<<< HEAD
 #include "file_io.h"
 #include "dir_search.h"
 #include "process.h"
 #include "app_profile.h"
+=======
+#include "screen_types.h"
+#include "cdwordarray.h"
+>>>>>>> main
 
 // Core frame
 #include "sys_string.h"
@@ -59,6 +64,15 @@
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+#include "sys_shapes.h"
+
+// Display
+#include "ui_draw_area.h"
+#include "cdynamic.h"
+#include "ui_palette_convertor.h"
+
+// Units
+#include "sys_convert.h"
 
 // Replay recorder
 #include "sys_test_repeater.h"

@@ -12,18 +12,6 @@
 
 #include "sfm_message_db.h"
 
-namespace {
-
-// The walk of a section reaches at most every key once.
-void Walk(SFM_MessageDB &db, SYS_String const &section, std::int32_t keys) {
-  std::int32_t steps = 0;
-  for (SFM_MessageDB::SectionIterator it(&db, section, 0); !it.IsEmpty(); ++it) {
-    if (SYS_String(it).GetLength() > 199 || ++steps > keys) std::abort();
-  }
-}
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
   static std::string const path = [] {
     std::freopen("/dev/null", "w", stdout);  // the text loader's reports
@@ -46,7 +34,11 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size
   }
   for (SFM_MessageDB::SectionTableNode const *node = db.GetSections().GetHead(); node != nullptr;
        node = node->GetNextInList()) {
-    Walk(db, node->name, keys.GetCount());
+    // A walk reaches every key at most once, and no text is longer than 199 bytes.
+    std::int32_t steps = 0;
+    for (SFM_MessageDB::SectionIterator it(&db, node->name, 0); !it.IsEmpty(); ++it) {
+      if (SYS_String(it).GetLength() > 199 || ++steps > keys.GetCount()) std::abort();
+    }
   }
   return 0;
 }

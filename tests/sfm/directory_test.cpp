@@ -15,11 +15,12 @@ using sfm_test::TempDir;
 using sfm_test::WriteAll;
 namespace fs = std::filesystem;
 
-// Every name a search gives, from the pattern on.
-template <class Next>
-std::set<std::string> Names(Next next, char const *pattern) {
-  std::set<std::string> names;
-  for (char const *name = next(pattern); name != nullptr; name = next(nullptr)) names.insert(name);
+typedef std::set<std::string> Set;
+
+// Every name a search of dir gives, from the pattern on.
+Set Names(SFM_Directory &dir, char *(SFM_Directory::*next)(char const *), char const *pattern) {
+  Set names;
+  for (char const *name = (dir.*next)(pattern); name != nullptr; name = (dir.*next)(nullptr)) names.insert(name);
   return names;
 }
 
@@ -29,14 +30,12 @@ TEST(DirectoryTest, SearchesFollowTheWildcardRules) {
   fs::create_directory(tree / "sub");
   fs::create_symlink(tree / "sub", tree / "link");
   SFM_Directory dir(tree.path.c_str());
-  auto const files = [&](char const *p) { return Names([&](char const *q) { return dir.GetNextFile(q); }, p); };
-  auto const dirs = [&](char const *p) { return Names([&](char const *q) { return dir.GetNextSubdir(q); }, p); };
-  using Set = std::set<std::string>;
+  auto const files = [&](char const *pattern) { return Names(dir, &SFM_Directory::GetNextFile, pattern); };
   EXPECT_EQ(files("*.*"), (Set{".hidden", "a.txt", "b.TXT", "link", "noext"})) << "a link is no directory";
   EXPECT_EQ(files("*.txt"), (Set{"a.txt"})) << "names are case-sensitive";
   EXPECT_EQ(files("?.*"), (Set{"a.txt", "b.TXT"}));
   EXPECT_EQ(files("noext.*"), (Set{"noext"})) << "a trailing .* also matches no extension";
-  EXPECT_EQ(dirs("*"), (Set{"sub"})) << "never . or ..";
+  EXPECT_EQ(Names(dir, &SFM_Directory::GetNextSubdir, "*"), (Set{"sub"})) << "never . or ..";
   EXPECT_EQ(dir.FileExists("sub"), 0);
   EXPECT_EQ(dir.DirExists("a.txt"), 0);
   EXPECT_EQ(dir.DirExists("sub\\"), 1) << "a closing separator names the directory itself";

@@ -49,10 +49,6 @@ TEST(ManagerTest, OneAnswerPerEvent) {
   Recorder yes;
   yes.answer = [](int, SFM_EventData &) { return SFM::EvYes; };
   EXPECT_TRUE(sfm_test::FailsCheck([&] { SFM::GetManager()->Event(SFM::EvClosed, data); }));
-  yes.answer = [](int, SFM_EventData &) { return SFM::EvNone; };
-  errno = 0;
-  EXPECT_EQ(SFM::GetManager()->Event(SFM::EvCopyFailed, data), SFM::EvRetry);
-  EXPECT_STREQ(data.GetText(), "Success\r\n\"name\"");
 }
 
 TEST(ManagerTest, GoneForGoodAfterTheCleanUp) {

@@ -74,16 +74,18 @@ TEST(MessageDBTest, TextFormLoadsAsDocumented) {
   EXPECT_STREQ(two.getTxt(3), "x");
 }
 
+// The file "[s]\n1:a$\n" saves: section "s" (key -2) in record 0, message 3.
+std::string const kGolden = std::string("\0\0\2\0\2\0\0\0\0\0\0\0\0\0", 14) +
+                            std::string("\0\0\1\0\0\0\0\0\2\0\0\0\1\0\0\0" "1\0", 18) + std::string(18, '\0') +
+                            std::string("\1\0\0\0\2\0\0\0\3\0\0\0\1\0\0\0" "3\0", 18) + std::string(18, '\0') +
+                            std::string("s\0a$\0", 5);
+
 TEST(MessageDBTest, SaveWritesTheCompiledFormByteForByte) {
   TempDir dir;
   WriteAll(dir / "s.txt", "[s]\n1:a$\n");
   SFM_MessageDB text((dir / "s.txt").c_str(), 0);
   text.Save((dir / "s.mdb").c_str());
-  std::string expected("\0\0\2\0\2\0\0\0\0\0\0\0\0\0", 14);
-  expected += std::string("\0\0\1\0\0\0\0\0\2\0\0\0\1\0\0\0" "1\0", 18) + std::string(18, '\0');
-  expected += std::string("\1\0\0\0\2\0\0\0\3\0\0\0\1\0\0\0" "3\0", 18) + std::string(18, '\0');
-  expected += std::string("s\0a$\0", 5);
-  EXPECT_EQ(ReadAll(dir / "s.mdb"), expected);
+  EXPECT_EQ(ReadAll(dir / "s.mdb"), kGolden);
 
   WriteAll(dir / "m.txt", kExample);
   testing::internal::CaptureStdout();
@@ -96,44 +98,29 @@ TEST(MessageDBTest, SaveWritesTheCompiledFormByteForByte) {
   EXPECT_TRUE(sfm_test::FailsCheck([&] { compiled.Save((dir / "m.mdb").c_str()); }));
 }
 
-TEST(MessageDBTest, CorruptCompiledFilesGiveEmptyTexts) {
+TEST(MessageDBTest, CorruptCompiledFilesStayInBounds) {
   TempDir dir;
-  auto const record = [](int flag, int offset, int length, int largest, char const *id) {
-    std::string r(36, '\0');
-    r[2] = static_cast<char>(flag);
-    for (int k = 0; k < 4; ++k) {
-      r[4 + k] = static_cast<char>(offset >> 8 * k);
-      r[8 + k] = static_cast<char>(length >> 8 * k);
-      r[12 + k] = static_cast<char>(largest >> 8 * k);
-    }
-    r.replace(16, std::string(id).size(), id);
-    return r;
-  };
-  std::string const header2("\0\0\2\0\2\0\0\0\0\0\0\0\0\0", 14);
   struct {
     char const *name;
-    std::string bytes;
+    std::vector<std::pair<int, std::string>> patches;  // offset, bytes
     int id;
     std::string text;
   } const cases[] = {
-      {"an empty file", "", 1, ""},
-      {"more records than bytes", std::string("\0\0\5\0\5\0", 6) + std::string(8, '\0'), 1, ""},
-      {"a text too long for the buffer", header2 + record(0, 0, 254, 0, "1") + record(0, 0, 3, 0, "2") +
-           std::string(300, 'z'), 1, std::string(199, 'z')},
-      {"a section running to the end of numbers",
-       header2 + record(1, 0, 2, 0x7FFFFFFF, "1") + record(0, 0, 2, 0, "2147483647") + "s", -2, "s"},
-      {"an id field with no NUL", header2 + record(0, 0, 2, 0, "99999999999999999999") +
-           record(0, 0, 2, 0, "-5") + "t", 2147483647, "t"},
+      {"more records than the file holds", {{2, std::string("\5\0\5\0", 4)}}, 3, ""},
+      {"a text longer than getTxt's buffer", {{54, std::string("\5\0\0\0\xfe\0\0\0", 8)}, {91, std::string(300, 'z')}},
+       3, std::string(199, 'z')},
+      {"an id field without a NUL, in a section of every number",
+       {{26, "\xff\xff\xff\x7f"}, {66, std::string(20, '9')}}, 2147483647, "a"},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
-    WriteAll(dir / "c.mdb", c.bytes);
+    std::string bytes = kGolden;
+    for (auto const &[offset, patch] : c.patches) bytes.replace(offset, patch.size(), patch);
+    WriteAll(dir / "c.mdb", bytes);
     SFM_MessageDB db((dir / "c.mdb").c_str());
     EXPECT_EQ(db.getTxt(c.id), c.text.c_str());
     std::vector<std::string> walk;
-    for (SFM_MessageDB::SectionIterator it(&db, "s", 0); !it.IsEmpty(); ++it) {
-      walk.push_back(static_cast<char const *>(SYS_String(it)));
-    }
+    for (SFM_MessageDB::SectionIterator it(&db, "s", 0); !it.IsEmpty(); ++it) walk.emplace_back(SYS_String(it));
     EXPECT_LE(walk.size(), 1u);
   }
 }
@@ -152,7 +139,7 @@ TEST(MessageDBTest, SaveFailsCleanlyAtEveryTransfer) {
       if (FailNth::Count() < n) break;  // no transfer was left to fail
     }
     std::vector<int> const codes = events.Codes();
-    EXPECT_TRUE(std::count(codes.begin(), codes.end(), 203) + std::count(codes.begin(), codes.end(), 204) == 1);
+    EXPECT_EQ(std::count(codes.begin(), codes.end(), 203) + std::count(codes.begin(), codes.end(), 204), 1);
     EXPECT_EQ(Contents(db), before) << "the source is intact";
   }
   SFM_MessageDB saved((dir / "m.mdb").c_str());
