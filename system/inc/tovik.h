@@ -10,15 +10,12 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
-<<<<<<< HEAD
 #include "file_io.h"
 #include "dir_search.h"
 #include "process.h"
 #include "app_profile.h"
-=======
 #include "screen_types.h"
 #include "cdwordarray.h"
->>>>>>> main
 
 // Core frame
 #include "sys_string.h"
