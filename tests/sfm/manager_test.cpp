@@ -97,13 +97,12 @@ TEST(ManagerTest, ServicesDatabaseProfileEditorDirectories) {
 // Byte j of file i.
 unsigned char Content(int i, int j) { return static_cast<unsigned char>((i * 131 + j * 7) ^ (i >> 3)); }
 
-#if defined(__has_feature)
+#if defined(__SANITIZE_ADDRESS__)
+#define TOVIK_TEST_SANITIZED 1
+#elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
 #define TOVIK_TEST_SANITIZED 1
 #endif
-#endif
-#if defined(__SANITIZE_ADDRESS__)
-#define TOVIK_TEST_SANITIZED 1
 #endif
 
 // The sanitizers' runtime needs descriptors of its own at any moment (to

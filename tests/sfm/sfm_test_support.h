@@ -51,7 +51,6 @@ class Recorder : public SCC_EventNode<SFM_EventData> {
  public:
   struct Heard {
     int code;
-    std::string name;
     std::string text;
   };
   std::function<SFM::EventCode(int code, SFM_EventData &data)> answer;
@@ -59,8 +58,7 @@ class Recorder : public SCC_EventNode<SFM_EventData> {
 
   Recorder() { JoinAtEnd(&SFM::GetManager()->GetEvent()); }
   int OnNotification(int code, SFM_EventData *data) override {
-    heard.push_back({code, static_cast<char const *>(data->GetFileName1()),
-                     static_cast<char const *>(data->GetText())});
+    heard.push_back({code, static_cast<char const *>(data->GetText())});
     SFM::EventCode const result = answer ? answer(code, *data) : SFM::EvNone;
     if (result != SFM::EvNone) data->SetResult(result);
     return 0;
