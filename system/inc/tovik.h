@@ -62,6 +62,7 @@
 #include "sys_geometry_units.h"
 #include "sys_point.h"
 #include "sys_shapes.h"
+#include "sys_transform.h"
 
 // Display
 #include "ui_draw_area.h"
