@@ -107,7 +107,7 @@ unsigned char Content(int i, int j) { return static_cast<unsigned char>((i * 131
 
 // The sanitizers' runtime needs descriptors of its own at any moment (to
 // check a pointer it opens a pipe): opens fail while fewer than 4 are free.
-int KeepFourFree(tovik::io::Operation operation) {
+[[maybe_unused]] int KeepFourFree(tovik::io::Operation operation) {
   if (operation != tovik::io::Operation::Open) return 0;
   int spare[4];
   int free = 0;
