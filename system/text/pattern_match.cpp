@@ -1,0 +1,665 @@
+// The search: runs the byte code over a text with the backtracking rules of
+// the pattern language, on a stack of its own rather than the machine's.
+//
+// Within one code (the whole pattern, or the operand of a '*', '+', '@' or
+// '#', which runs as a code of its own) the result of running from an item
+// at a position depends on nothing else, except that '^' asks whether the
+// attempt began at 0. So a walk is a chain of calls "run from item i at
+// position t to the end of the code", each ending at the first branching item
+// it reaches ('?', '|' and the repeats), which then owns the rest of the
+// call. Branching items become frames on an explicit stack; a frame calls
+// again for its alternatives and continuations. Every call starts behind its
+// caller's item, so the stack is never deeper than the number of items.
+//
+// The walk first runs plain. When it has spent more calls than a fixed
+// allowance plus a few per text byte searched, it runs again with a memo of
+// (item, position) -> result, so that no branching item is evaluated twice at
+// one position: a pattern that would backtrack exponentially costs at most a
+// polynomial in the lengths of code and text.
+#include <cstring>
+
+#include "mbtext.h"
+#include "pattern_engine.h"
+#include "sys_scan.h"
+
+namespace mb = tovik::mb;
+
+namespace tovik::pattern {
+
+namespace {
+
+constexpr std::int32_t kFail = -1;
+constexpr std::int32_t kAbort = -2;
+// The plain walk's allowance: calls at the start, and per byte searched.
+constexpr std::int64_t kBaseBudget = 20000;
+constexpr std::int64_t kBudgetPerByte = 32;
+
+bool DoubleBytePage() { return mb::GetCodePage() == mb::CodePage::DoubleByte; }
+
+bool IsClassLetter(unsigned char c) { return c != '\0' && std::strchr("abcdhlnuxz", c) != nullptr; }
+
+// The one-character classes, on the first byte of a character. A byte of
+// 0x80 or above is negative as a signed char and in no class.
+bool InClass(unsigned char letter, unsigned char byte) {
+  if (byte >= 0x80) return false;
+  switch (letter) {
+    case 'a': return mb::IsAlnum(byte);
+    case 'b': return mb::IsSpace(byte);
+    case 'c': return mb::IsAlpha(byte);
+    case 'd': return mb::IsDigit(byte);
+    case 'l': return mb::IsLower(byte);
+    case 'u': return mb::IsUpper(byte);
+    case 'x': return mb::IsXDigit(byte);
+    default: return false;
+  }
+}
+
+// Bytes of a set's list, walked as members: a lead byte pairs with the byte
+// behind it when that byte is in the list and not NUL.
+std::int32_t MemberLength(unsigned char const *list, std::int32_t i, std::int32_t count) {
+  return mb::IsLeadByte(list[i]) && i + 1 < count && list[i + 1] != 0 ? 2 : 1;
+}
+
+// (item, position) -> result, open addressing.
+class Memo {
+ public:
+  bool Find(std::int32_t pc, std::int32_t t, std::int32_t *value) const {
+    if (keys.empty()) return false;
+    std::uint64_t const key = Key(pc, t);
+    for (std::size_t i = Slot(key);; i = (i + 1) & (keys.size() - 1)) {
+      if (keys[i] == key) {
+        *value = values[i];
+        return true;
+      }
+      if (keys[i] == kEmpty) return false;
+    }
+  }
+
+  void Store(std::int32_t pc, std::int32_t t, std::int32_t value) {
+    if ((count + 1) * 2 > keys.size()) Grow();
+    std::uint64_t const key = Key(pc, t);
+    std::size_t i = Slot(key);
+    while (keys[i] != kEmpty && keys[i] != key) i = (i + 1) & (keys.size() - 1);
+    if (keys[i] == kEmpty) ++count;
+    keys[i] = key;
+    values[i] = value;
+  }
+
+  void Clear() {
+    keys.clear();
+    values.clear();
+    count = 0;
+  }
+
+ private:
+  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  std::vector<std::uint64_t> keys;
+  std::vector<std::int32_t> values;
+  std::size_t count = 0;
+
+  static std::uint64_t Key(std::int32_t pc, std::int32_t t) {
+    return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(pc)) << 32) | static_cast<std::uint32_t>(t);
+  }
+  std::size_t Slot(std::uint64_t key) const {
+    return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> 20) & (keys.size() - 1);
+  }
+  void Grow() {
+    std::vector<std::uint64_t> oldKeys;
+    std::vector<std::int32_t> oldValues;
+    oldKeys.swap(keys);
+    oldValues.swap(values);
+    keys.assign(oldKeys.empty() ? 1024 : oldKeys.size() * 2, kEmpty);
+    values.assign(keys.size(), 0);
+    count = 0;
+    for (std::size_t i = 0; i < oldKeys.size(); ++i) {
+      if (oldKeys[i] != kEmpty) {
+        std::size_t j = Slot(oldKeys[i]);
+        while (keys[j] != kEmpty) j = (j + 1) & (keys.size() - 1);
+        keys[j] = oldKeys[i];
+        values[j] = oldValues[i];
+        ++count;
+      }
+    }
+  }
+};
+
+class Searcher {
+ public:
+  Searcher(Program const &program, char const *subject, std::int32_t subjectLength)
+      : prog(program), code(program.code), items(program.items.data()), text(subject), length(subjectLength),
+        doubleByte(DoubleBytePage()) {}
+
+  // The end of the match of the attempt at start, kFail, or kAbort when the
+  // plain walk (memo null) passed limit calls.
+  std::int32_t Attempt(std::int32_t attemptStart, Memo *memoToUse, std::int64_t limit) {
+    start = attemptStart;
+    memo = memoToUse;
+    callLimit = limit;
+    std::int32_t const end = Evaluate(0, prog.size, start);
+    frames.clear();
+    chain.clear();
+    return end;
+  }
+
+ private:
+  // A branching item evaluated at t, in the code that ends at end. state
+  // says what its last call was; a and b hold positions between calls; base
+  // is where its positions on chain begin.
+  struct Frame {
+    std::int32_t pc, end, t, state, a, b;
+    std::size_t base;
+  };
+  enum RunResult { kDone, kFailed, kBranch };
+
+  Program const &prog;
+  unsigned char const *const code;
+  Program::Item const *const items;
+  char const *const text;
+  std::int32_t const length;
+  bool const doubleByte;
+  std::int32_t start = 0;
+  Memo *memo = nullptr;
+  std::int64_t calls = 0;
+  std::int64_t callLimit = 0;
+  std::vector<Frame> frames;
+  std::vector<std::int32_t> chain;  // positions reached by repeats, per frame
+
+  std::int32_t CharLength(std::int32_t t) const {
+    return doubleByte ? static_cast<std::int32_t>(mb::CharLen(text + t)) : 1;
+  }
+
+  bool InSet(std::int32_t index, std::int32_t t, std::int32_t charLength) const {
+    Program::Set const &set = prog.sets[static_cast<std::size_t>(index)];
+    if (charLength == 1) return set.single.Has(static_cast<unsigned char>(text[t]));
+    if (!set.pairs) return false;
+    unsigned char const *list = code + set.list;
+    for (std::int32_t i = 0; i < set.count;) {
+      std::int32_t const n = MemberLength(list, i, set.count);
+      if (n == 2 && list[i] == static_cast<unsigned char>(text[t]) &&
+          list[i + 1] == static_cast<unsigned char>(text[t + 1])) {
+        return true;
+      }
+      i += n;
+    }
+    return false;
+  }
+
+  // Where a class that starts at t ends, or kFail.
+  std::int32_t Class(unsigned char letter, std::int32_t t) const {
+    char const *end = nullptr;
+    switch (letter) {
+      case 'h': end = getinteger(text + t, SYS_INT_HEX); break;
+      case 'n': end = getdouble(text + t, 1); break;
+      case 'z': end = getinteger(text + t, SYS_INT_DECIMAL); break;
+      default:
+        return InClass(letter, static_cast<unsigned char>(text[t])) ? t + 1 : kFail;
+    }
+    return end != nullptr ? static_cast<std::int32_t>(end - text) : kFail;
+  }
+
+  // Runs the items that do not branch, from pc at t. kDone with t at the
+  // end of the code, kFailed, or kBranch with pc and t at a branching item.
+  RunResult Run(std::int32_t &pc, std::int32_t end, std::int32_t &t) const {
+    while (pc < end) {
+      Program::Item const &item = items[pc];
+      switch (code[pc]) {
+        case 'c':
+          if (text[t] != static_cast<char>(code[pc + 1])) return kFailed;
+          if (item.extra == 2) {
+            if (text[t + 1] != static_cast<char>(code[pc + 2])) return kFailed;
+          } else if (CharLength(t) != 1) {
+            return kFailed;
+          }
+          t += item.extra;
+          break;
+        case '.':
+          if (text[t] == '\0') return kFailed;
+          t += CharLength(t);
+          break;
+        case '$':
+          if (t != length) return kFailed;
+          break;
+        case '^':
+          if (start != 0) return kFailed;
+          break;
+        case ':':
+          t = Class(code[pc + 1], t);
+          if (t == kFail) return kFailed;
+          break;
+        case '[':
+        case ']': {
+          if (text[t] == '\0') return kFailed;
+          std::int32_t const n = CharLength(t);
+          if (InSet(item.extra, t, n) != (code[pc] == '[')) return kFailed;
+          t += n;
+          break;
+        }
+        case ')':
+        case 'e':
+          break;
+        default:
+          return kBranch;
+      }
+      pc = item.next;
+    }
+    return kDone;
+  }
+
+  // Runs a single-item operand at t: its end, or kFail.
+  std::int32_t RunOne(std::int32_t pc, std::int32_t end, std::int32_t t) const {
+    return Run(pc, end, t) == kDone ? t : kFail;
+  }
+
+  // Runs the code from pc at t to the end of the code that ends at end.
+  std::int32_t Evaluate(std::int32_t pc, std::int32_t end, std::int32_t t) {
+    std::int32_t result = kFail;
+    bool call = true;
+    for (;;) {
+      if (call) {
+        if (memo == nullptr && ++calls > callLimit) return kAbort;
+        RunResult const run = Run(pc, end, t);
+        if (run == kBranch && (memo == nullptr || !memo->Find(pc, t, &result))) {
+          frames.push_back(Frame{pc, end, t, 0, 0, 0, chain.size()});
+          call = Step(result, pc, end, t);
+          continue;
+        }
+        if (run != kBranch) result = run == kDone ? t : kFail;
+      }
+      if (frames.empty()) return result;
+      call = Step(result, pc, end, t);
+    }
+  }
+
+  bool Call(std::int32_t toPc, std::int32_t toEnd, std::int32_t at, std::int32_t &pc, std::int32_t &end,
+            std::int32_t &t) {
+    pc = toPc;
+    end = toEnd;
+    t = at;
+    return true;
+  }
+
+  // Ends the top frame with value: remembers it, and hands it on.
+  bool Complete(std::int32_t value, std::int32_t &result) {
+    Frame const &f = frames.back();
+    if (memo != nullptr) memo->Store(f.pc, f.t, value);
+    chain.resize(f.base);
+    frames.pop_back();
+    result = value;
+    return false;
+  }
+
+  // Advances the top frame with the result of its last call. True when it
+  // makes a new call (pc, end, t); false when it is done (result set).
+  bool Step(std::int32_t &result, std::int32_t &pc, std::int32_t &end, std::int32_t &t) {
+    Frame &f = frames.back();
+    std::int32_t const operand = f.pc + 2;
+    std::int32_t const rest = items[f.pc].next;
+    switch (code[f.pc]) {
+      case '?':
+        // The operand and the rest; failing that, the rest alone.
+        if (f.state == 0) {
+          f.state = 1;
+          return Call(operand, f.end, f.t, pc, end, t);
+        }
+        if (f.state == 1 && result == kFail) {
+          f.state = 2;
+          return Call(rest, f.end, f.t, pc, end, t);
+        }
+        return Complete(result, result);
+      case '|':
+        // The alternative that reaches furthest wins; a tie goes to the later
+        // ones, and the end of the text stops the search.
+        if (f.state == 0) {
+          f.state = 1;
+          return Call(f.pc + 1, f.end, f.t, pc, end, t);
+        }
+        if (f.state == 1) {
+          if (result == length) return Complete(result, result);
+          f.a = result;
+          f.state = 2;
+          return Call(items[f.pc].extra, f.end, f.t, pc, end, t);
+        }
+        return Complete(f.a != kFail && (result == kFail || f.a > result) ? f.a : result, result);
+      case '*':
+      case '+':
+        return StepGreedy(f, operand, rest, result, pc, end, t);
+      default:
+        return StepLazy(f, operand, rest, result, pc, end, t);
+    }
+  }
+
+  // '*' and '+': repeat the operand while it moves on, then try the rest
+  // behind the repeats from the last back to the first. Behind none only
+  // when the operand fails at once ('*'), or matches nothing (both).
+  bool StepGreedy(Frame &f, std::int32_t operand, std::int32_t rest, std::int32_t &result, std::int32_t &pc,
+                  std::int32_t &end, std::int32_t &t) {
+    bool const single = items[f.pc].extra != 0;
+    switch (f.state) {
+      case 0:
+        if (!single) {
+          f.state = 1;
+          return Call(operand, rest, f.t, pc, end, t);
+        }
+        f.state = 1;
+        result = RunOne(operand, rest, f.t);
+        [[fallthrough]];
+      case 1:
+        for (;;) {
+          std::int32_t const reached = chain.size() > f.base ? chain.back() : f.t;
+          if (result == kFail || result <= reached) break;
+          chain.push_back(result);
+          std::int32_t known = kFail;
+          if (memo != nullptr && memo->Find(f.pc, result, &known)) {
+            if (known != kFail) return CompleteGreedy(f, known, result);
+            f.state = 2;
+            return Call(rest, f.end, result, pc, end, t);
+          }
+          if (!single) return Call(operand, rest, result, pc, end, t);
+          result = RunOne(operand, rest, result);
+        }
+        if (chain.size() == f.base) {
+          if (result == kFail && code[f.pc] == '+') return Complete(kFail, result);
+          f.state = 3;
+          return Call(rest, f.end, f.t, pc, end, t);
+        }
+        f.state = 2;
+        return Call(rest, f.end, chain.back(), pc, end, t);
+      case 2:
+        if (result != kFail) return CompleteGreedy(f, result, result);
+        chain.pop_back();
+        if (chain.size() == f.base) return Complete(kFail, result);
+        if (memo != nullptr) memo->Store(f.pc, chain.back(), kFail);
+        return Call(rest, f.end, chain.back(), pc, end, t);
+      default:
+        return Complete(result, result);
+    }
+  }
+
+  // Every repeat position below the top of the chain leads to value too.
+  bool CompleteGreedy(Frame const &f, std::int32_t value, std::int32_t &result) {
+    if (memo != nullptr) {
+      for (std::size_t i = f.base; i + 1 < chain.size(); ++i) memo->Store(f.pc, chain[i], value);
+    }
+    return Complete(value, result);
+  }
+
+  // '@' and '#': after each repeat try the rest; when the operand fails,
+  // '@' tries the rest behind none if it never matched, '#' fails. An
+  // operand that matches nothing gets the rest once, then fails.
+  bool StepLazy(Frame &f, std::int32_t operand, std::int32_t rest, std::int32_t &result, std::int32_t &pc,
+                std::int32_t &end, std::int32_t &t) {
+    bool const single = items[f.pc].extra != 0;
+    for (;;) {
+      switch (f.state) {
+        case 0:
+          f.a = f.t;
+          f.state = 1;
+          if (!single) return Call(operand, rest, f.t, pc, end, t);
+          result = RunOne(operand, rest, f.t);
+          break;
+        case 1:
+          if (result == kFail) {
+            if (f.a != f.t || code[f.pc] == '#') return CompleteLazy(f, kFail, result);
+            f.state = 3;
+            return Call(rest, f.end, f.t, pc, end, t);
+          }
+          f.b = result;
+          f.state = result == f.a ? 3 : 2;
+          return Call(rest, f.end, result, pc, end, t);
+        case 2: {
+          if (result != kFail) return CompleteLazy(f, result, result);
+          std::int32_t known = kFail;
+          if (memo != nullptr) {
+            if (memo->Find(f.pc, f.b, &known)) return CompleteLazy(f, known, result);
+            chain.push_back(f.b);
+          }
+          f.a = f.b;
+          f.state = 1;
+          if (!single) return Call(operand, rest, f.a, pc, end, t);
+          result = RunOne(operand, rest, f.a);
+          break;
+        }
+        default:
+          return CompleteLazy(f, result, result);
+      }
+    }
+  }
+
+  // Every position the lazy loop stood on leads to value too.
+  bool CompleteLazy(Frame const &f, std::int32_t value, std::int32_t &result) {
+    if (memo != nullptr) {
+      for (std::size_t i = f.base; i < chain.size(); ++i) memo->Store(f.pc, chain[i], value);
+    }
+    return Complete(value, result);
+  }
+};
+
+}  // namespace
+
+Program::Program(char const *compiled, std::int32_t compiledSize)
+    : code(reinterpret_cast<unsigned char const *>(compiled)), size(compiledSize) {
+  valid = compiled != nullptr && size > 0 && Analyse();
+  if (valid) FindFirstBytes();
+}
+
+// One walk over the code: checks that it parses under the current code page
+// and records what the search needs of each item.
+bool Program::Analyse() {
+  bool const doubleByte = DoubleBytePage();
+  enum Kind { kTop, kGroup, kAlternative, kOperand };
+  struct Open {
+    Kind kind;
+    std::int32_t pc;
+    std::int32_t end;     // kOperand: end of the operand
+    std::size_t pending;  // kTop, kGroup: first of its entries in pending
+  };
+  std::vector<Open> open{{kTop, 0, size, 0}};
+  std::vector<std::int32_t> limits{size};  // end of the innermost operand
+  std::vector<std::int32_t> pending;       // alternatives' 'e's waiting for their target
+  items.assign(static_cast<std::size_t>(size), Item{0, 0});
+  for (std::int32_t pc = 0;;) {
+    std::int32_t const limit = limits.back();
+    if (pc == limit) {
+      if (open.back().kind != kOperand) return false;
+      open.pop_back();
+      limits.pop_back();
+      continue;
+    }
+    Item &item = items[static_cast<std::size_t>(pc)];
+    std::int32_t next = pc + 1;
+    switch (code[pc]) {
+      case 'c':
+        if (pc + 1 >= limit || code[pc + 1] == 0) return false;
+        item.extra = doubleByte && MemberLength(code + pc + 1, 0, limit - pc - 1) == 2 ? 2 : 1;
+        next = pc + 1 + item.extra;
+        break;
+      case '.':
+      case '$':
+      case '^':
+        break;
+      case ':':
+        if (pc + 1 >= limit || !IsClassLetter(code[pc + 1])) return false;
+        next = pc + 2;
+        break;
+      case '[':
+      case ']': {
+        if (pc + 1 >= limit || pc + 2 + code[pc + 1] > limit) return false;
+        Set set;
+        set.list = pc + 2;
+        set.count = code[pc + 1];
+        for (std::int32_t i = 0; i < set.count;) {
+          std::int32_t const n = doubleByte ? MemberLength(code + set.list, i, set.count) : 1;
+          if (n == 1) set.single.Add(code[set.list + i]);
+          set.pairs = set.pairs || n == 2;
+          i += n;
+        }
+        item.extra = static_cast<std::int32_t>(sets.size());
+        sets.push_back(set);
+        next = pc + 2 + set.count;
+        break;
+      }
+      case ')':
+        open.push_back({kGroup, pc, 0, pending.size()});
+        break;
+      case '|':
+        open.push_back({kAlternative, pc, 0, 0});
+        break;
+      case 'e': {
+        Open const top = open.back();
+        open.pop_back();
+        if (top.kind == kAlternative) {
+          // The first alternative ends here; its 'e' jumps behind the 'e'
+          // that closes the enclosing group, found later.
+          if (open.empty() || (open.back().kind != kGroup && open.back().kind != kTop)) return false;
+          items[static_cast<std::size_t>(top.pc)].extra = pc + 1;
+          pending.push_back(pc);
+          break;
+        }
+        if (top.kind == kOperand) return false;
+        for (std::size_t i = top.pending; i < pending.size(); ++i) {
+          items[static_cast<std::size_t>(pending[i])].next = pc + 1;
+        }
+        pending.resize(top.pending);
+        if (top.kind == kTop) {
+          item.next = pc + 1;
+          return pc + 1 == size;
+        }
+        break;
+      }
+      case '*':
+      case '+':
+      case '?':
+      case '@':
+      case '#': {
+        if (pc + 1 >= limit || pc + 2 + code[pc + 1] > limit) return false;
+        std::int32_t const operandEnd = pc + 2 + code[pc + 1];
+        item.next = operandEnd;
+        open.push_back({kOperand, pc, operandEnd, 0});
+        limits.push_back(operandEnd);
+        pc += 2;
+        continue;
+      }
+      default:
+        return false;
+    }
+    // An operand that is one item taking one character at most runs
+    // without a call.
+    Open const &parent = open.back();
+    if (parent.kind == kOperand && parent.pc + 2 == pc && parent.end == next && std::strchr(")|e", code[pc]) == nullptr) {
+      items[static_cast<std::size_t>(parent.pc)].extra = 1;
+    }
+    item.next = next;
+    pc = next;
+  }
+}
+
+// The bytes a match can start with, from the first item every match must
+// pass (behind groups and the operands of '+' and '#').
+void Program::FindFirstBytes() {
+  bool const doubleByte = DoubleBytePage();
+  std::int32_t pc = 0;
+  while (code[pc] == ')' || ((code[pc] == '+' || code[pc] == '#') && code[pc + 1] != 0)) {
+    pc += code[pc] == ')' ? 1 : 2;
+  }
+  switch (code[pc]) {
+    case '^':
+      anchored = true;
+      return;
+    case 'c':
+      firstBytes.Add(code[pc + 1]);
+      break;
+    case '[': {
+      Set const &set = sets[static_cast<std::size_t>(items[static_cast<std::size_t>(pc)].extra)];
+      firstBytes = set.single;
+      for (std::int32_t i = 0; i < set.count;) {
+        std::int32_t const n = doubleByte ? MemberLength(code + set.list, i, set.count) : 1;
+        if (n == 2) firstBytes.Add(code[set.list + i]);
+        i += n;
+      }
+      break;
+    }
+    case ']': {
+      Set const &set = sets[static_cast<std::size_t>(items[static_cast<std::size_t>(pc)].extra)];
+      for (unsigned b = 1; b < 256; ++b) {
+        // A pair is never excluded by its first byte alone.
+        if (!set.single.Has(static_cast<unsigned char>(b)) || mb::IsLeadByte(static_cast<unsigned char>(b))) {
+          firstBytes.Add(static_cast<unsigned char>(b));
+        }
+      }
+      break;
+    }
+    case ':':
+      for (unsigned b = 1; b < 128; ++b) {
+        unsigned char const letter = code[pc + 1];
+        bool const sign = b == '+' || b == '-';
+        bool const starts = letter == 'z'   ? sign || mb::IsDigit(b)
+                            : letter == 'h' ? sign || mb::IsXDigit(b)
+                            : letter == 'n' ? sign || b == '.' || mb::IsDigit(b)
+                                            : InClass(letter, static_cast<unsigned char>(b));
+        if (starts) firstBytes.Add(static_cast<unsigned char>(b));
+      }
+      break;
+    default:
+      return;
+  }
+  filtered = true;
+  int count = 0;
+  for (unsigned b = 0; b < 256; ++b) {
+    if (firstBytes.Has(static_cast<unsigned char>(b))) {
+      ++count;
+      firstLiteral = static_cast<int>(b);
+    }
+  }
+  if (count != 1) firstLiteral = -1;
+}
+
+// The first attempt position from p on whose first byte a match can start
+// with, or length.
+std::int32_t Program::NextCandidate(char const *text, std::int32_t length, std::int32_t p) const {
+  if (!filtered) return p;
+  if (DoubleBytePage()) {
+    while (p < length && !firstBytes.Has(static_cast<unsigned char>(text[p]))) {
+      p += static_cast<std::int32_t>(mb::CharLen(text + p));
+    }
+    return p;
+  }
+  if (firstLiteral >= 0) {
+    void const *hit = std::memchr(text + p, firstLiteral, static_cast<std::size_t>(length - p));
+    return hit != nullptr ? static_cast<std::int32_t>(static_cast<char const *>(hit) - text) : length;
+  }
+  while (p < length && !firstBytes.Has(static_cast<unsigned char>(text[p]))) ++p;
+  return p;
+}
+
+std::int32_t Program::Search(char const *text, std::int32_t length, std::int32_t *matchLength) const {
+  *matchLength = 0;
+  if (!valid || length <= 0) return -1;
+  bool const doubleByte = DoubleBytePage();
+  Searcher searcher(*this, text, length);
+  Memo memo;
+  bool memoised = false;
+  bool memoAtZero = false;  // the memo holds results of the attempt at 0
+  for (std::int32_t p = 0; p < length; p += doubleByte ? static_cast<std::int32_t>(mb::CharLen(text + p)) : 1) {
+    if (anchored && p > 0) break;
+    p = NextCandidate(text, length, p);
+    if (p >= length) break;
+    if (memoAtZero && p > 0) {
+      memo.Clear();
+      memoAtZero = false;
+    }
+    std::int32_t end = kAbort;
+    if (!memoised) end = searcher.Attempt(p, nullptr, kBaseBudget + kBudgetPerByte * p);
+    if (end == kAbort) {
+      memoised = true;
+      memoAtZero = p == 0;
+      end = searcher.Attempt(p, &memo, 0);
+    }
+    if (end != kFail) {
+      *matchLength = end - p;
+      return p;
+    }
+  }
+  return -1;
+}
+
+}  // namespace tovik::pattern

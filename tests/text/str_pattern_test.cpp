@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "code_page_guard.h"
+#include "pattern_reference.h"
+#include "sys_str_pattern.h"
+
+namespace {
+
+using tovik::mb::CodePage;
+using tovik_test::CodePageGuard;
+using tovik_test::ReferenceMatch;
+
+enum Pages { kBoth, kSingle, kDouble };
+
+std::string Code(SYS_StrPattern const &p) {
+  return std::string(p.GetCompiled(), static_cast<std::size_t>(p.GetCompiled().GetLength()));
+}
+
+// clang-format off
+struct MatchCase {
+  char const *name, *pattern, *text;
+  int position, length;
+  Pages pages;
+};
+MatchCase const kMatchCases[] = {
+  {"repeat after a literal", "a+b", "xaaab", 1, 4, kBoth},
+  {"longer alternative wins, first", "ab|abc", "abcd", 0, 3, kBoth},
+  {"longer alternative wins, second", "abc|ab", "abcd", 0, 3, kBoth},
+  {"reach includes the rest", "(a|ab)b", "abb", 0, 3, kBoth},
+  {"three alternatives", "a|b|c", "xc", 1, 1, kBoth},
+  {"caret tests the attempt", "^b", "ab", -1, 0, kBoth},
+  {"caret inside a group", "a(^b)", "ab", 0, 2, kBoth},
+  {"caret under a repeat", "(^a)+", "aaa", 0, 3, kBoth},
+  {"dollar at the end", "b$", "ab", 1, 1, kBoth},
+  {"NUL is no attempt position", "$", "abc", -1, 0, kBoth},
+  {"empty repeat cannot reach the NUL", "x*$", "abc", -1, 0, kBoth},
+  {"empty match at the start", "x*", "abc", 0, 0, kBoth},
+  {"greedy tries the rest behind none only on failure", "a*ab", "ab", -1, 0, kBoth},
+  {"greedy gives back one repeat", "a*ab", "aab", 0, 3, kBoth},
+  {"question backtracks into its operand", "a?ab", "ab", 0, 2, kBoth},
+  {"lazy stops at the first rest", "a@a", "aaa", 0, 2, kBoth},
+  {"lazy zero when the operand fails", "a@b", "b", 0, 1, kBoth},
+  {"lazy over several", "a@b", "aaab", 0, 4, kBoth},
+  {"lazy one-or-more needs one", "a#b", "b", -1, 0, kBoth},
+  {"lazy never tries the rest behind none after a repeat", ".@c", "c", -1, 0, kBoth},
+  {"repeated group", "(ab)+", "ababx", 0, 4, kBoth},
+  {"repeated alternation", "(a|b)*c", "abbac", 0, 5, kBoth},
+  {"empty operand under star", "(a*)*b", "aab", 0, 3, kBoth},
+  {"optional operand under star", "(a?)*b", "aab", 0, 3, kBoth},
+  {"dollar under star", "b$*", "ab", 1, 1, kBoth},
+  {"empty operand under lazy", "(a*)@b", "aab", 0, 3, kBoth},
+  {"dash first and last", "[-a][a-]", "--", 0, 2, kBoth},
+  {"range goes on from its end", "[a-c-e]+", "-bde", 1, 3, kBoth},
+  {"reversed range holds its start", "[z-a]", "az", 1, 1, kBoth},
+  {"range end taken raw", "[\\n-\\r]+", "\nZr]", 0, 3, kBoth},
+  {"signed range", "[\xF0-a]", "b\xFF", 1, 1, kSingle},
+  {"range ending at 0x7F", "[a-\x7F]+", "z~\x7F", 0, 3, kBoth},
+  {"empty set never matches", "a[]|b", "ab", 1, 1, kBoth},
+  {"negated empty set matches anything", "[^]", "x", 0, 1, kBoth},
+  {"negated set", "[^a]", "ab", 1, 1, kBoth},
+  {"escaped bracket in a set", "[\\]]", "a]", 1, 1, kBoth},
+  {"colon before a non-class", ":q", "x:q", 1, 2, kBoth},
+  {"hex escapes", "\\x41\\x4a\\x4", "AJ\x04", 0, 3, kBoth},
+  {"escapes", "\\t\\.", "a\t.", 1, 2, kBoth},
+  {"digits class", ":d+", "ab123c", 2, 3, kBoth},
+  {"high byte in no class", ":c", "\xE9" "a", 1, 1, kSingle},
+  {"integer takes signs anywhere", ":z", "x12-3", 1, 4, kBoth},
+  {"number stops at E", ":n", "1.5E3", 0, 3, kBoth},
+  {"hex integer reads no 0x", ":h", "0x1F", 0, 1, kBoth},
+  {"number classes never give back", ":z:z", "12", -1, 0, kBoth},
+  {"lead byte is a lone character", "\x82*", "\x82*", 0, 1, kSingle},
+  {"trail byte is never an operator", "\x82*", "\x82*", 0, 2, kDouble},
+  {"no attempt at a trail byte", "A", "\x82" "A", -1, 0, kDouble},
+  {"dot takes a pair", ".", "\x82\xA0x", 0, 2, kDouble},
+  {"double-byte range", "[\x82\xA0-\x82\xA2]", "\x82\xA1", 0, 2, kDouble},
+  {"double-byte range across leads adds nothing", "[\x82\xA0-\x83\xA2]", "\x82\xA1", -1, 0, kDouble},
+  {"lone lead byte before the NUL", "[^a]", "\x82", 0, 1, kDouble},
+  {"empty text never matches", "x*", "", -1, 0, kBoth},
+};
+// clang-format on
+
+void CheckAgainstReference(SYS_StrPattern const &pattern, std::string const &text) {
+  for (std::size_t from = 0; from <= text.size(); ++from) {
+    for (std::size_t to = from; to <= text.size(); ++to) {
+      std::string const slice = text.substr(from, to - from);
+      int length = -1, expectedLength = -1;
+      int const expected = ReferenceMatch(Code(pattern), slice.c_str(), &expectedLength);
+      ASSERT_EQ(pattern.Match(slice.c_str(), &length), expected) << "slice " << from << ".." << to;
+      ASSERT_EQ(length, expectedLength) << "slice " << from << ".." << to;
+    }
+  }
+}
+
+TEST(StrPatternTest, MatchesAgreeWithTheReference) {
+  for (auto const &c : kMatchCases) {
+    for (CodePage page : {CodePage::SingleByte, CodePage::DoubleByte}) {
+      if ((c.pages == kSingle && page != CodePage::SingleByte) || (c.pages == kDouble && page != CodePage::DoubleByte)) {
+        continue;
+      }
+      SCOPED_TRACE(std::string(c.name) + (page == CodePage::DoubleByte ? " (double-byte)" : ""));
+      CodePageGuard const guard(page);
+      SYS_StrPattern const pattern(c.pattern);
+      ASSERT_FALSE(pattern.GetCompiled().IsEmpty());
+      int length = -1;
+      EXPECT_EQ(pattern.Match(c.text, &length), c.position);
+      EXPECT_EQ(length, c.length);
+      CheckAgainstReference(pattern, c.text);
+    }
+  }
+}
+
+TEST(StrPatternTest, CompiledForms) {
+  struct {
+    char const *name;
+    std::string pattern, code;  // empty: the pattern fails to compile
+  } const cases[] = {
+      {"repeat", "ab*", std::string("ca*\2cbe")},
+      {"range expanded", "[a-c]", std::string("[\3abce")},
+      {"alternatives", "a|b", std::string("|caecbe")},
+      {"repeated group", "(ab)+", std::string("+\6)cacbee")},
+      {"empty set holds a NUL", "[]", std::string("[\0e", 3)},
+      {"repeat behind a repeat", "a**", ""},
+      {"empty group", "()", ""},
+      {"unclosed group", "(a", ""},
+      {"unopened group", "a)", ""},
+      {"stray bracket", "]", ""},
+      {"leading repeat", "*", ""},
+      {"empty last alternative", "a|", ""},
+      {"caret alone", "^", ""},
+      {"caret inside a branch", "a^", ""},
+      {"unclosed range", "[a-", ""},
+      {"unclosed set", "[abc", ""},
+      {"hex escape without digits", "\\x", ""},
+      {"hex escape of 0", "\\x0", ""},
+      {"trailing backslash", "a\\", ""},
+      {"set beyond 255 bytes", "[\x80-\x7F]", ""},
+      {"operand beyond 255 bytes", "(" + std::string(127, 'a') + ")*", ""},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    SYS_StrPattern const pattern(c.pattern.c_str());
+    EXPECT_EQ(Code(pattern), c.code);
+  }
+  SYS_StrPattern const bad("(");
+  CString text("abc");
+  EXPECT_EQ(bad.Match("abc", nullptr) + bad.Substitute(text, "x", 0), -1);
+}
+
+}  // namespace
