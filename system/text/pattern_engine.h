@@ -39,10 +39,16 @@ class Program {
   // never matches.
   Program(char const *code, std::int32_t size);
 
+  // Plain backtracking may spend this many calls, plus kPlainCallsPerByte
+  // per byte searched, before the search turns to the memo.
+  static constexpr std::int64_t kPlainCalls = 20000;
+  static constexpr std::int64_t kPlainCallsPerByte = 32;
+
   // Searches text[0, length), where text[length] is the first NUL, for the
   // first attempt position that matches. Gives the position and sets
-  // *matchLength, or -1.
-  std::int32_t Search(char const *text, std::int32_t length, std::int32_t *matchLength) const;
+  // *matchLength, or -1. plainCalls 0 searches with the memo from the start.
+  std::int32_t Search(char const *text, std::int32_t length, std::int32_t *matchLength,
+                      std::int64_t plainCalls = kPlainCalls) const;
 
   struct Bitmap {
     std::uint64_t bits[4] = {0, 0, 0, 0};

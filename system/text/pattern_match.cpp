@@ -16,7 +16,10 @@
 // (item, position) -> result, so that no branching item is evaluated twice at
 // one position: a pattern that would backtrack exponentially costs at most a
 // polynomial in the lengths of code and text.
+#include <algorithm>
 #include <cstring>
+#include <memory>
+#include <unordered_map>
 
 #include "mbtext.h"
 #include "pattern_engine.h"
@@ -30,9 +33,6 @@ namespace {
 
 constexpr std::int32_t kFail = -1;
 constexpr std::int32_t kAbort = -2;
-// The plain walk's allowance: calls at the start, and per byte searched.
-constexpr std::int64_t kBaseBudget = 20000;
-constexpr std::int64_t kBudgetPerByte = 32;
 
 bool DoubleBytePage() { return mb::GetCodePage() == mb::CodePage::DoubleByte; }
 
@@ -60,66 +60,49 @@ std::int32_t MemberLength(unsigned char const *list, std::int32_t i, std::int32_
   return mb::IsLeadByte(list[i]) && i + 1 < count && list[i + 1] != 0 ? 2 : 1;
 }
 
-// (item, position) -> result, open addressing.
+// (item, position) -> result. Positions are kept in pages of consecutive
+// positions per item, since a walk visits the positions of an item in runs;
+// a small cache of recent pages saves most lookups.
 class Memo {
  public:
-  bool Find(std::int32_t pc, std::int32_t t, std::int32_t *value) const {
-    if (keys.empty()) return false;
-    std::uint64_t const key = Key(pc, t);
-    for (std::size_t i = Slot(key);; i = (i + 1) & (keys.size() - 1)) {
-      if (keys[i] == key) {
-        *value = values[i];
-        return true;
-      }
-      if (keys[i] == kEmpty) return false;
-    }
+  bool Find(std::int32_t pc, std::int32_t t, std::int32_t *value) {
+    std::int32_t const *page = Page(pc, t, false);
+    if (page == nullptr || page[t & kPageMask] == kUnknown) return false;
+    *value = page[t & kPageMask];
+    return true;
   }
 
-  void Store(std::int32_t pc, std::int32_t t, std::int32_t value) {
-    if ((count + 1) * 2 > keys.size()) Grow();
-    std::uint64_t const key = Key(pc, t);
-    std::size_t i = Slot(key);
-    while (keys[i] != kEmpty && keys[i] != key) i = (i + 1) & (keys.size() - 1);
-    if (keys[i] == kEmpty) ++count;
-    keys[i] = key;
-    values[i] = value;
-  }
+  void Store(std::int32_t pc, std::int32_t t, std::int32_t value) { Page(pc, t, true)[t & kPageMask] = value; }
 
   void Clear() {
-    keys.clear();
-    values.clear();
-    count = 0;
+    pages.clear();
+    for (auto &entry : recent) entry = Recent{};
   }
 
  private:
-  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
-  std::vector<std::uint64_t> keys;
-  std::vector<std::int32_t> values;
-  std::size_t count = 0;
+  static constexpr int kPageBits = 10;
+  static constexpr std::int32_t kPageMask = (1 << kPageBits) - 1;
+  static constexpr std::int32_t kUnknown = -3;
+  struct Recent {
+    std::uint64_t key = ~std::uint64_t{0};
+    std::int32_t *page = nullptr;
+  };
+  std::unordered_map<std::uint64_t, std::unique_ptr<std::int32_t[]>> pages;
+  Recent recent[16];
 
-  static std::uint64_t Key(std::int32_t pc, std::int32_t t) {
-    return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(pc)) << 32) | static_cast<std::uint32_t>(t);
-  }
-  std::size_t Slot(std::uint64_t key) const {
-    return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> 20) & (keys.size() - 1);
-  }
-  void Grow() {
-    std::vector<std::uint64_t> oldKeys;
-    std::vector<std::int32_t> oldValues;
-    oldKeys.swap(keys);
-    oldValues.swap(values);
-    keys.assign(oldKeys.empty() ? 1024 : oldKeys.size() * 2, kEmpty);
-    values.assign(keys.size(), 0);
-    count = 0;
-    for (std::size_t i = 0; i < oldKeys.size(); ++i) {
-      if (oldKeys[i] != kEmpty) {
-        std::size_t j = Slot(oldKeys[i]);
-        while (keys[j] != kEmpty) j = (j + 1) & (keys.size() - 1);
-        keys[j] = oldKeys[i];
-        values[j] = oldValues[i];
-        ++count;
-      }
+  std::int32_t *Page(std::int32_t pc, std::int32_t t, bool create) {
+    std::uint64_t const key = (static_cast<std::uint64_t>(pc) << 32) | static_cast<std::uint32_t>(t >> kPageBits);
+    Recent &cached = recent[(static_cast<std::uint32_t>(pc) * 7 + static_cast<std::uint32_t>(t >> kPageBits)) & 15];
+    if (cached.key == key) return cached.page;
+    auto found = pages.find(key);
+    if (found == pages.end()) {
+      if (!create) return nullptr;
+      std::unique_ptr<std::int32_t[]> page(new std::int32_t[kPageMask + 1]);
+      std::fill(page.get(), page.get() + kPageMask + 1, kUnknown);
+      found = pages.emplace(key, std::move(page)).first;
     }
+    cached = Recent{key, found->second.get()};
+    return cached.page;
   }
 };
 
@@ -631,13 +614,14 @@ std::int32_t Program::NextCandidate(char const *text, std::int32_t length, std::
   return p;
 }
 
-std::int32_t Program::Search(char const *text, std::int32_t length, std::int32_t *matchLength) const {
+std::int32_t Program::Search(char const *text, std::int32_t length, std::int32_t *matchLength,
+                             std::int64_t plainCalls) const {
   *matchLength = 0;
   if (!valid || length <= 0) return -1;
   bool const doubleByte = DoubleBytePage();
   Searcher searcher(*this, text, length);
   Memo memo;
-  bool memoised = false;
+  bool memoised = plainCalls <= 0;
   bool memoAtZero = false;  // the memo holds results of the attempt at 0
   for (std::int32_t p = 0; p < length; p += doubleByte ? static_cast<std::int32_t>(mb::CharLen(text + p)) : 1) {
     if (anchored && p > 0) break;
@@ -648,7 +632,7 @@ std::int32_t Program::Search(char const *text, std::int32_t length, std::int32_t
       memoAtZero = false;
     }
     std::int32_t end = kAbort;
-    if (!memoised) end = searcher.Attempt(p, nullptr, kBaseBudget + kBudgetPerByte * p);
+    if (!memoised) end = searcher.Attempt(p, nullptr, plainCalls + kPlainCallsPerByte * p);
     if (end == kAbort) {
       memoised = true;
       memoAtZero = p == 0;

@@ -149,4 +149,56 @@ TEST(StrPatternTest, CompiledForms) {
   EXPECT_EQ(bad.Match("abc", nullptr) + bad.Substitute(text, "x", 0), -1);
 }
 
+// Inputs that would exhaust the stack or run for ages if repeats recursed,
+// groups nested without limit or backtracking were left to itself.
+TEST(StrPatternTest, DepthAndCostStayBounded) {
+  std::string const deep = std::string(100000, '(') + "a" + std::string(100000, ')');
+  EXPECT_TRUE(SYS_StrPattern(deep.c_str()).GetCompiled().IsEmpty());
+  std::string const nested = std::string(250, '(') + "a" + std::string(250, ')');
+  EXPECT_FALSE(SYS_StrPattern(nested.c_str()).GetCompiled().IsEmpty()) << "250 levels still compile";
+
+  std::string const million(1000000, 'a');
+  int length = 0;
+  EXPECT_EQ(SYS_StrPattern("a*b").Match((million + "b").c_str(), &length), 0);
+  EXPECT_EQ(length, 1000001);
+  std::string const many(100000, 'a');
+  EXPECT_EQ(SYS_StrPattern("(a|b)*c").Match(many.c_str(), &length), -1) << "quadratic without a memo";
+  EXPECT_EQ(SYS_StrPattern("a@c").Match(many.c_str(), &length), -1);
+
+  std::string exponential;
+  for (int i = 0; i < 30; ++i) exponential += "a?";
+  EXPECT_EQ(SYS_StrPattern((exponential + std::string(30, 'a')).c_str()).Match(std::string(30, 'a').c_str(), &length), 0);
+  EXPECT_EQ(length, 30);
+
+  SYS_StrPattern const wide(("(" + std::string(100, 'a') + ")+").c_str());
+  EXPECT_EQ(wide.Match(std::string(250, 'a').c_str(), &length), 0) << "operand length byte above 127";
+  EXPECT_EQ(length, 200);
+}
+
+TEST(StrPatternTest, Substitute) {
+  struct {
+    char const *name, *pattern, *text, *replacement;
+    int maxCount;
+    char const *result;
+    int count;
+  } const cases[] = {
+      {"caret holds at each search", "^a", "aaa", "b", 0, "bbb", 3},
+      {"empty matches step on", "x*", "abc", "-", 0, "-a-b-c", 3},
+      {"empty match behind a match", "a*", "baac", "-", 0, "-b--c", 3},
+      {"limit", "a", "banana", "o", 2, "bonona", 2},
+      {"replacement not searched again", "an", "banana", "xanx", 0, "bxanxxanxa", 2},
+      {"deletion", "a", "banana", "", 0, "bnn", 3},
+      {"nothing found", "z", "abc", "y", 0, "abc", 0},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    CString text(c.text);
+    EXPECT_EQ(SYS_StrPattern(c.pattern).Substitute(text, c.replacement, c.maxCount), c.count);
+    EXPECT_STREQ(text, c.result);
+  }
+  CString text("ab");
+  EXPECT_EQ(SYS_StrPattern("b").Substitute(text, text, 0), 1) << "replacement is the text itself";
+  EXPECT_STREQ(text, "aab");
+}
+
 }  // namespace
