@@ -39,16 +39,19 @@ class Program {
   // never matches.
   Program(char const *code, std::int32_t size);
 
+  // Positions in a text.
+  using Pos = std::int64_t;
+
   // Plain backtracking may spend this many calls, plus kPlainCallsPerByte
   // per byte searched, before the search turns to the memo.
   static constexpr std::int64_t kPlainCalls = 20000;
   static constexpr std::int64_t kPlainCallsPerByte = 32;
 
-  // Searches text[0, length), where text[length] is the first NUL, for the
-  // first attempt position that matches. Gives the position and sets
-  // *matchLength, or -1. plainCalls 0 searches with the memo from the start.
-  std::int32_t Search(char const *text, std::int32_t length, std::int32_t *matchLength,
-                      std::int64_t plainCalls = kPlainCalls) const;
+  // Searches text up to its first NUL for the first attempt position that
+  // matches. Gives the position and sets *matchLength, or -1. plainCalls 0
+  // searches with the memo from the start. Not const: the search keeps its
+  // stacks in the program, to use them again.
+  Pos Search(char const *text, Pos *matchLength, std::int64_t plainCalls = kPlainCalls);
 
   struct Bitmap {
     std::uint64_t bits[4] = {0, 0, 0, 0};
@@ -84,10 +87,26 @@ class Program {
   Bitmap firstBytes;
   int firstLiteral = -1;  // the one byte of firstBytes, when there is one
 
+  // A branching item evaluated at t, in the code that ends at end. state
+  // says what its last call was; a and b hold positions between calls; base
+  // is where its positions on the chain begin.
+  struct Frame {
+    std::int32_t pc, end;
+    Pos t;
+    std::int32_t state;
+    Pos a, b;
+    std::size_t base;
+  };
+  struct Scratch {
+    std::vector<Frame> frames;
+    std::vector<Pos> chain;  // positions reached by repeats, per frame
+  };
+  Scratch scratch;
+
  private:
   bool Analyse();
   void FindFirstBytes();
-  std::int32_t NextCandidate(char const *text, std::int32_t length, std::int32_t p) const;
+  Pos NextCandidate(char const *text, Pos p) const;
 };
 
 }  // namespace tovik::pattern

@@ -31,8 +31,9 @@ namespace tovik::pattern {
 
 namespace {
 
-constexpr std::int32_t kFail = -1;
-constexpr std::int32_t kAbort = -2;
+using Pos = Program::Pos;
+constexpr Pos kFail = -1;
+constexpr Pos kAbort = -2;
 
 bool DoubleBytePage() { return mb::GetCodePage() == mb::CodePage::DoubleByte; }
 
@@ -65,14 +66,14 @@ std::int32_t MemberLength(unsigned char const *list, std::int32_t i, std::int32_
 // a small cache of recent pages saves most lookups.
 class Memo {
  public:
-  bool Find(std::int32_t pc, std::int32_t t, std::int32_t *value) {
-    std::int32_t const *page = Page(pc, t, false);
+  bool Find(std::int32_t pc, Pos t, Pos *value) {
+    Pos const *page = Page(pc, t, false);
     if (page == nullptr || page[t & kPageMask] == kUnknown) return false;
     *value = page[t & kPageMask];
     return true;
   }
 
-  void Store(std::int32_t pc, std::int32_t t, std::int32_t value) { Page(pc, t, true)[t & kPageMask] = value; }
+  void Store(std::int32_t pc, Pos t, Pos value) { Page(pc, t, true)[t & kPageMask] = value; }
 
   void Clear() {
     pages.clear();
@@ -81,23 +82,23 @@ class Memo {
 
  private:
   static constexpr int kPageBits = 10;
-  static constexpr std::int32_t kPageMask = (1 << kPageBits) - 1;
-  static constexpr std::int32_t kUnknown = -3;
+  static constexpr Pos kPageMask = (1 << kPageBits) - 1;
+  static constexpr Pos kUnknown = -3;
   struct Recent {
     std::uint64_t key = ~std::uint64_t{0};
-    std::int32_t *page = nullptr;
+    Pos *page = nullptr;
   };
-  std::unordered_map<std::uint64_t, std::unique_ptr<std::int32_t[]>> pages;
+  std::unordered_map<std::uint64_t, std::unique_ptr<Pos[]>> pages;
   Recent recent[16];
 
-  std::int32_t *Page(std::int32_t pc, std::int32_t t, bool create) {
+  Pos *Page(std::int32_t pc, Pos t, bool create) {
     std::uint64_t const key = (static_cast<std::uint64_t>(pc) << 32) | static_cast<std::uint32_t>(t >> kPageBits);
     Recent &cached = recent[(static_cast<std::uint32_t>(pc) * 7 + static_cast<std::uint32_t>(t >> kPageBits)) & 15];
     if (cached.key == key) return cached.page;
     auto found = pages.find(key);
     if (found == pages.end()) {
       if (!create) return nullptr;
-      std::unique_ptr<std::int32_t[]> page(new std::int32_t[kPageMask + 1]);
+      std::unique_ptr<Pos[]> page(new Pos[kPageMask + 1]);
       std::fill(page.get(), page.get() + kPageMask + 1, kUnknown);
       found = pages.emplace(key, std::move(page)).first;
     }
@@ -108,17 +109,17 @@ class Memo {
 
 class Searcher {
  public:
-  Searcher(Program const &program, char const *subject, std::int32_t subjectLength)
-      : prog(program), code(program.code), items(program.items.data()), text(subject), length(subjectLength),
-        doubleByte(DoubleBytePage()) {}
+  Searcher(Program const &program, Program::Scratch &scratch, char const *subject)
+      : prog(program), code(program.code), items(program.items.data()), text(subject),
+        doubleByte(DoubleBytePage()), frames(scratch.frames), chain(scratch.chain) {}
 
   // The end of the match of the attempt at start, kFail, or kAbort when the
   // plain walk (memo null) passed limit calls.
-  std::int32_t Attempt(std::int32_t attemptStart, Memo *memoToUse, std::int64_t limit) {
+  Pos Attempt(Pos attemptStart, Memo *memoToUse, std::int64_t limit) {
     start = attemptStart;
     memo = memoToUse;
     callLimit = limit;
-    std::int32_t const end = Evaluate(0, prog.size, start);
+    Pos const end = Evaluate(0, prog.size, start);
     frames.clear();
     chain.clear();
     return end;
@@ -128,30 +129,24 @@ class Searcher {
   // A branching item evaluated at t, in the code that ends at end. state
   // says what its last call was; a and b hold positions between calls; base
   // is where its positions on chain begin.
-  struct Frame {
-    std::int32_t pc, end, t, state, a, b;
-    std::size_t base;
-  };
+  using Frame = Program::Frame;
   enum RunResult { kDone, kFailed, kBranch };
 
   Program const &prog;
   unsigned char const *const code;
   Program::Item const *const items;
   char const *const text;
-  std::int32_t const length;
   bool const doubleByte;
-  std::int32_t start = 0;
+  Pos start = 0;
   Memo *memo = nullptr;
   std::int64_t calls = 0;
   std::int64_t callLimit = 0;
-  std::vector<Frame> frames;
-  std::vector<std::int32_t> chain;  // positions reached by repeats, per frame
+  std::vector<Frame> &frames;
+  std::vector<Pos> &chain;  // positions reached by repeats, per frame
 
-  std::int32_t CharLength(std::int32_t t) const {
-    return doubleByte ? static_cast<std::int32_t>(mb::CharLen(text + t)) : 1;
-  }
+  Pos CharLength(Pos t) const { return doubleByte ? static_cast<Pos>(mb::CharLen(text + t)) : 1; }
 
-  bool InSet(std::int32_t index, std::int32_t t, std::int32_t charLength) const {
+  bool InSet(std::int32_t index, Pos t, Pos charLength) const {
     Program::Set const &set = prog.sets[static_cast<std::size_t>(index)];
     if (charLength == 1) return set.single.Has(static_cast<unsigned char>(text[t]));
     if (!set.pairs) return false;
@@ -168,7 +163,7 @@ class Searcher {
   }
 
   // Where a class that starts at t ends, or kFail.
-  std::int32_t Class(unsigned char letter, std::int32_t t) const {
+  Pos Class(unsigned char letter, Pos t) const {
     char const *end = nullptr;
     switch (letter) {
       case 'h': end = getinteger(text + t, SYS_INT_HEX); break;
@@ -177,12 +172,12 @@ class Searcher {
       default:
         return InClass(letter, static_cast<unsigned char>(text[t])) ? t + 1 : kFail;
     }
-    return end != nullptr ? static_cast<std::int32_t>(end - text) : kFail;
+    return end != nullptr ? end - text : kFail;
   }
 
   // Runs the items that do not branch, from pc at t. kDone with t at the
   // end of the code, kFailed, or kBranch with pc and t at a branching item.
-  RunResult Run(std::int32_t &pc, std::int32_t end, std::int32_t &t) const {
+  RunResult Run(std::int32_t &pc, std::int32_t end, Pos &t) const {
     while (pc < end) {
       Program::Item const &item = items[pc];
       switch (code[pc]) {
@@ -200,7 +195,7 @@ class Searcher {
           t += CharLength(t);
           break;
         case '$':
-          if (t != length) return kFailed;
+          if (text[t] != '\0') return kFailed;
           break;
         case '^':
           if (start != 0) return kFailed;
@@ -212,7 +207,7 @@ class Searcher {
         case '[':
         case ']': {
           if (text[t] == '\0') return kFailed;
-          std::int32_t const n = CharLength(t);
+          Pos const n = CharLength(t);
           if (InSet(item.extra, t, n) != (code[pc] == '[')) return kFailed;
           t += n;
           break;
@@ -229,13 +224,13 @@ class Searcher {
   }
 
   // Runs a single-item operand at t: its end, or kFail.
-  std::int32_t RunOne(std::int32_t pc, std::int32_t end, std::int32_t t) const {
+  Pos RunOne(std::int32_t pc, std::int32_t end, Pos t) const {
     return Run(pc, end, t) == kDone ? t : kFail;
   }
 
   // Runs the code from pc at t to the end of the code that ends at end.
-  std::int32_t Evaluate(std::int32_t pc, std::int32_t end, std::int32_t t) {
-    std::int32_t result = kFail;
+  Pos Evaluate(std::int32_t pc, std::int32_t end, Pos t) {
+    Pos result = kFail;
     bool call = true;
     for (;;) {
       if (call) {
@@ -253,8 +248,7 @@ class Searcher {
     }
   }
 
-  bool Call(std::int32_t toPc, std::int32_t toEnd, std::int32_t at, std::int32_t &pc, std::int32_t &end,
-            std::int32_t &t) {
+  static bool Call(std::int32_t toPc, std::int32_t toEnd, Pos at, std::int32_t &pc, std::int32_t &end, Pos &t) {
     pc = toPc;
     end = toEnd;
     t = at;
@@ -262,7 +256,7 @@ class Searcher {
   }
 
   // Ends the top frame with value: remembers it, and hands it on.
-  bool Complete(std::int32_t value, std::int32_t &result) {
+  bool Complete(Pos value, Pos &result) {
     Frame const &f = frames.back();
     if (memo != nullptr) memo->Store(f.pc, f.t, value);
     chain.resize(f.base);
@@ -273,7 +267,7 @@ class Searcher {
 
   // Advances the top frame with the result of its last call. True when it
   // makes a new call (pc, end, t); false when it is done (result set).
-  bool Step(std::int32_t &result, std::int32_t &pc, std::int32_t &end, std::int32_t &t) {
+  bool Step(Pos &result, std::int32_t &pc, std::int32_t &end, Pos &t) {
     Frame &f = frames.back();
     std::int32_t const operand = f.pc + 2;
     std::int32_t const rest = items[f.pc].next;
@@ -297,7 +291,7 @@ class Searcher {
           return Call(f.pc + 1, f.end, f.t, pc, end, t);
         }
         if (f.state == 1) {
-          if (result == length) return Complete(result, result);
+          if (result != kFail && text[result] == '\0') return Complete(result, result);
           f.a = result;
           f.state = 2;
           return Call(items[f.pc].extra, f.end, f.t, pc, end, t);
@@ -314,8 +308,8 @@ class Searcher {
   // '*' and '+': repeat the operand while it moves on, then try the rest
   // behind the repeats from the last back to the first. Behind none only
   // when the operand fails at once ('*'), or matches nothing (both).
-  bool StepGreedy(Frame &f, std::int32_t operand, std::int32_t rest, std::int32_t &result, std::int32_t &pc,
-                  std::int32_t &end, std::int32_t &t) {
+  bool StepGreedy(Frame &f, std::int32_t operand, std::int32_t rest, Pos &result, std::int32_t &pc,
+                  std::int32_t &end, Pos &t) {
     bool const single = items[f.pc].extra != 0;
     switch (f.state) {
       case 0:
@@ -328,10 +322,10 @@ class Searcher {
         [[fallthrough]];
       case 1:
         for (;;) {
-          std::int32_t const reached = chain.size() > f.base ? chain.back() : f.t;
+          Pos const reached = chain.size() > f.base ? chain.back() : f.t;
           if (result == kFail || result <= reached) break;
           chain.push_back(result);
-          std::int32_t known = kFail;
+          Pos known = kFail;
           if (memo != nullptr && memo->Find(f.pc, result, &known)) {
             if (known != kFail) return CompleteGreedy(f, known, result);
             f.state = 2;
@@ -359,7 +353,7 @@ class Searcher {
   }
 
   // Every repeat position below the top of the chain leads to value too.
-  bool CompleteGreedy(Frame const &f, std::int32_t value, std::int32_t &result) {
+  bool CompleteGreedy(Frame const &f, Pos value, Pos &result) {
     if (memo != nullptr) {
       for (std::size_t i = f.base; i + 1 < chain.size(); ++i) memo->Store(f.pc, chain[i], value);
     }
@@ -369,8 +363,8 @@ class Searcher {
   // '@' and '#': after each repeat try the rest; when the operand fails,
   // '@' tries the rest behind none if it never matched, '#' fails. An
   // operand that matches nothing gets the rest once, then fails.
-  bool StepLazy(Frame &f, std::int32_t operand, std::int32_t rest, std::int32_t &result, std::int32_t &pc,
-                std::int32_t &end, std::int32_t &t) {
+  bool StepLazy(Frame &f, std::int32_t operand, std::int32_t rest, Pos &result, std::int32_t &pc,
+                std::int32_t &end, Pos &t) {
     bool const single = items[f.pc].extra != 0;
     for (;;) {
       switch (f.state) {
@@ -391,7 +385,7 @@ class Searcher {
           return Call(rest, f.end, result, pc, end, t);
         case 2: {
           if (result != kFail) return CompleteLazy(f, result, result);
-          std::int32_t known = kFail;
+          Pos known = kFail;
           if (memo != nullptr) {
             if (memo->Find(f.pc, f.b, &known)) return CompleteLazy(f, known, result);
             chain.push_back(f.b);
@@ -409,7 +403,7 @@ class Searcher {
   }
 
   // Every position the lazy loop stood on leads to value too.
-  bool CompleteLazy(Frame const &f, std::int32_t value, std::int32_t &result) {
+  bool CompleteLazy(Frame const &f, Pos value, Pos &result) {
     if (memo != nullptr) {
       for (std::size_t i = f.base; i < chain.size(); ++i) memo->Store(f.pc, chain[i], value);
     }
@@ -597,46 +591,44 @@ void Program::FindFirstBytes() {
 }
 
 // The first attempt position from p on whose first byte a match can start
-// with, or length.
-std::int32_t Program::NextCandidate(char const *text, std::int32_t length, std::int32_t p) const {
+// with; the position of the NUL when there is none.
+Program::Pos Program::NextCandidate(char const *text, Pos p) const {
   if (!filtered) return p;
   if (DoubleBytePage()) {
-    while (p < length && !firstBytes.Has(static_cast<unsigned char>(text[p]))) {
-      p += static_cast<std::int32_t>(mb::CharLen(text + p));
+    while (text[p] != '\0' && !firstBytes.Has(static_cast<unsigned char>(text[p]))) {
+      p += static_cast<Pos>(mb::CharLen(text + p));
     }
     return p;
   }
-  if (firstLiteral >= 0) {
-    void const *hit = std::memchr(text + p, firstLiteral, static_cast<std::size_t>(length - p));
-    return hit != nullptr ? static_cast<std::int32_t>(static_cast<char const *>(hit) - text) : length;
+  if (firstLiteral > 0) {
+    char const *hit = std::strchr(text + p, firstLiteral);
+    return hit != nullptr ? hit - text : p + static_cast<Pos>(std::strlen(text + p));
   }
-  while (p < length && !firstBytes.Has(static_cast<unsigned char>(text[p]))) ++p;
+  while (text[p] != '\0' && !firstBytes.Has(static_cast<unsigned char>(text[p]))) ++p;
   return p;
 }
 
-std::int32_t Program::Search(char const *text, std::int32_t length, std::int32_t *matchLength,
-                             std::int64_t plainCalls) const {
+Program::Pos Program::Search(char const *text, Pos *matchLength, std::int64_t plainCalls) {
   *matchLength = 0;
-  if (!valid || length <= 0) return -1;
+  if (!valid) return -1;
   bool const doubleByte = DoubleBytePage();
-  Searcher searcher(*this, text, length);
-  Memo memo;
-  bool memoised = plainCalls <= 0;
+  Searcher searcher(*this, scratch, text);
+  std::unique_ptr<Memo> memo;
   bool memoAtZero = false;  // the memo holds results of the attempt at 0
-  for (std::int32_t p = 0; p < length; p += doubleByte ? static_cast<std::int32_t>(mb::CharLen(text + p)) : 1) {
+  for (Pos p = 0; text[p] != '\0'; p += doubleByte ? static_cast<Pos>(mb::CharLen(text + p)) : 1) {
     if (anchored && p > 0) break;
-    p = NextCandidate(text, length, p);
-    if (p >= length) break;
+    p = NextCandidate(text, p);
+    if (text[p] == '\0') break;
     if (memoAtZero && p > 0) {
-      memo.Clear();
+      memo->Clear();
       memoAtZero = false;
     }
-    std::int32_t end = kAbort;
-    if (!memoised) end = searcher.Attempt(p, nullptr, plainCalls + kPlainCallsPerByte * p);
+    Pos end = kAbort;
+    if (memo == nullptr && plainCalls > 0) end = searcher.Attempt(p, nullptr, plainCalls + kPlainCallsPerByte * p);
     if (end == kAbort) {
-      memoised = true;
+      if (memo == nullptr) memo.reset(new Memo);
       memoAtZero = p == 0;
-      end = searcher.Attempt(p, &memo, 0);
+      end = searcher.Attempt(p, memo.get(), 0);
     }
     if (end != kFail) {
       *matchLength = end - p;
