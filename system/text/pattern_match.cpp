@@ -55,6 +55,21 @@ bool InClass(unsigned char letter, unsigned char byte) {
   }
 }
 
+// The bytes a class can start with: the one-character classes' members, and
+// for the number classes their digits and signs (and the dot of a number).
+Program::Bitmap ClassStarts(unsigned char letter) {
+  Program::Bitmap starts;
+  for (unsigned b = 1; b < 128; ++b) {
+    bool const sign = b == '+' || b == '-';
+    bool const in = letter == 'z'   ? sign || mb::IsDigit(b)
+                    : letter == 'h' ? sign || mb::IsXDigit(b)
+                    : letter == 'n' ? sign || b == '.' || mb::IsDigit(b)
+                                    : InClass(letter, static_cast<unsigned char>(b));
+    if (in) starts.Add(static_cast<unsigned char>(b));
+  }
+  return starts;
+}
+
 // Bytes of a set's list, walked as members: a lead byte pairs with the byte
 // behind it when that byte is in the list and not NUL.
 std::int32_t MemberLength(unsigned char const *list, std::int32_t i, std::int32_t count) {
@@ -109,9 +124,9 @@ class Memo {
 
 class Searcher {
  public:
-  Searcher(Program const &program, Program::Scratch &scratch, char const *subject)
+  Searcher(Program &program, char const *subject)
       : prog(program), code(program.code), items(program.items.data()), text(subject),
-        doubleByte(DoubleBytePage()), frames(scratch.frames), chain(scratch.chain) {}
+        doubleByte(DoubleBytePage()), frames(program.frames), chain(program.chain) {}
 
   // The end of the match of the attempt at start, kFail, or kAbort when the
   // plain walk (memo null) passed limit calls.
@@ -123,6 +138,13 @@ class Searcher {
     frames.clear();
     chain.clear();
     return end;
+  }
+
+  // Where the repeats of the single-item operand of the repeat at pc end,
+  // from t on.
+  Pos RepeatEnd(std::int32_t pc, Pos t) const {
+    for (Pos next = RunOne(pc + 2, items[pc].next, t); next > t; next = RunOne(pc + 2, items[pc].next, t)) t = next;
+    return t;
   }
 
  private:
@@ -141,8 +163,8 @@ class Searcher {
   Memo *memo = nullptr;
   std::int64_t calls = 0;
   std::int64_t callLimit = 0;
-  std::vector<Frame> &frames;
-  std::vector<Pos> &chain;  // positions reached by repeats, per frame
+  std::pmr::vector<Frame> &frames;
+  std::pmr::vector<Pos> &chain;
 
   Pos CharLength(Pos t) const { return doubleByte ? static_cast<Pos>(mb::CharLen(text + t)) : 1; }
 
@@ -310,7 +332,7 @@ class Searcher {
   // when the operand fails at once ('*'), or matches nothing (both).
   bool StepGreedy(Frame &f, std::int32_t operand, std::int32_t rest, Pos &result, std::int32_t &pc,
                   std::int32_t &end, Pos &t) {
-    bool const single = items[f.pc].extra != 0;
+    bool const single = items[f.pc].extra != 0;  // 2: never gives back
     switch (f.state) {
       case 0:
         if (!single) {
@@ -342,7 +364,7 @@ class Searcher {
         f.state = 2;
         return Call(rest, f.end, chain.back(), pc, end, t);
       case 2:
-        if (result != kFail) return CompleteGreedy(f, result, result);
+        if (result != kFail || items[f.pc].extra == 2) return CompleteGreedy(f, result, result);
         chain.pop_back();
         if (chain.size() == f.base) return Complete(kFail, result);
         if (memo != nullptr) memo->Store(f.pc, chain.back(), kFail);
@@ -430,9 +452,18 @@ bool Program::Analyse() {
     std::int32_t end;     // kOperand: end of the operand
     std::size_t pending;  // kTop, kGroup: first of its entries in pending
   };
-  std::vector<Open> open{{kTop, 0, size, 0}};
-  std::vector<std::int32_t> limits{size};  // end of the innermost operand
-  std::vector<std::int32_t> pending;       // alternatives' 'e's waiting for their target
+  std::pmr::vector<Open> open(&resource);
+  std::pmr::vector<std::int32_t> limits(&resource);   // end of the innermost operand
+  std::pmr::vector<std::int32_t> pending(&resource);  // alternatives' 'e's waiting for their target
+  std::pmr::vector<std::int32_t> greedy(&resource);   // the '*' and '+' items
+  // Room for what small patterns need, taken from the arena at once.
+  for (auto *stack : {&limits, &pending, &greedy}) stack->reserve(16);
+  open.reserve(16);
+  sets.reserve(8);
+  frames.reserve(16);
+  chain.reserve(64);
+  open.push_back({kTop, 0, size, 0});
+  limits.push_back(size);
   items.assign(static_cast<std::size_t>(size), Item{0, 0});
   for (std::int32_t pc = 0;;) {
     std::int32_t const limit = limits.back();
@@ -450,9 +481,11 @@ bool Program::Analyse() {
         item.extra = doubleByte && MemberLength(code + pc + 1, 0, limit - pc - 1) == 2 ? 2 : 1;
         next = pc + 1 + item.extra;
         break;
+      case '^':
+        caret = true;
+        break;
       case '.':
       case '$':
-      case '^':
         break;
       case ':':
         if (pc + 1 >= limit || !IsClassLetter(code[pc + 1])) return false;
@@ -499,7 +532,19 @@ bool Program::Analyse() {
         pending.resize(top.pending);
         if (top.kind == kTop) {
           item.next = pc + 1;
-          return pc + 1 == size;
+          if (pc + 1 != size) return false;
+          // A repeat of a single item followed by an item that cannot start
+          // where the operand can: the rest can only follow the last repeat,
+          // so the repeat never gives back.
+          for (std::int32_t at : greedy) {
+            Item &repeat = items[static_cast<std::size_t>(at)];
+            Bitmap operand, rest;
+            if (repeat.extra == 1 && repeat.next < size && FirstBytesOf(at + 2, operand) &&
+                FirstBytesOf(repeat.next, rest) && operand.Disjoint(rest)) {
+              repeat.extra = 2;
+            }
+          }
+          return true;
         }
         break;
       }
@@ -511,6 +556,7 @@ bool Program::Analyse() {
         if (pc + 1 >= limit || pc + 2 + code[pc + 1] > limit) return false;
         std::int32_t const operandEnd = pc + 2 + code[pc + 1];
         item.next = operandEnd;
+        if (code[pc] == '*' || code[pc] == '+') greedy.push_back(pc);
         open.push_back({kOperand, pc, operandEnd, 0});
         limits.push_back(operandEnd);
         pc += 2;
@@ -533,61 +579,56 @@ bool Program::Analyse() {
 // The bytes a match can start with, from the first item every match must
 // pass (behind groups and the operands of '+' and '#').
 void Program::FindFirstBytes() {
-  bool const doubleByte = DoubleBytePage();
   std::int32_t pc = 0;
+  while (code[pc] == ')') ++pc;
+  if (std::strchr("*+@#", code[pc]) != nullptr && items[static_cast<std::size_t>(pc)].extra != 0) leadRepeat = pc;
+  pc = 0;
+  std::int32_t limit = size;  // the end of the operand entered last
   while (code[pc] == ')' || ((code[pc] == '+' || code[pc] == '#') && code[pc + 1] != 0)) {
+    if (code[pc] != ')') limit = items[static_cast<std::size_t>(pc)].next;
     pc += code[pc] == ')' ? 1 : 2;
   }
-  switch (code[pc]) {
-    case '^':
-      anchored = true;
-      return;
-    case 'c':
-      firstBytes.Add(code[pc + 1]);
-      break;
-    case '[': {
-      Set const &set = sets[static_cast<std::size_t>(items[static_cast<std::size_t>(pc)].extra)];
-      firstBytes = set.single;
-      for (std::int32_t i = 0; i < set.count;) {
-        std::int32_t const n = doubleByte ? MemberLength(code + set.list, i, set.count) : 1;
-        if (n == 2) firstBytes.Add(code[set.list + i]);
-        i += n;
-      }
-      break;
+  if (code[pc] == '^') {
+    anchored = true;
+    return;
+  }
+  filtered = FirstBytesOf(pc, firstBytes);
+  if (filtered && code[pc] == 'c') {
+    firstLiteral = code[pc + 1];
+    // A run of one-byte characters that every match begins with.
+    for (std::int32_t at = pc; at < limit && code[at] == 'c' && items[static_cast<std::size_t>(at)].extra == 1;
+         at += 2) {
+      prefix += static_cast<char>(code[at + 1]);
     }
+  }
+}
+
+bool Program::FirstBytesOf(std::int32_t pc, Bitmap &bytes) const {
+  bytes = Bitmap();
+  switch (code[pc]) {
+    case 'c':
+      bytes.Add(code[pc + 1]);
+      return true;
+    case '[':
     case ']': {
       Set const &set = sets[static_cast<std::size_t>(items[static_cast<std::size_t>(pc)].extra)];
-      for (unsigned b = 1; b < 256; ++b) {
-        // A pair is never excluded by its first byte alone.
-        if (!set.single.Has(static_cast<unsigned char>(b)) || mb::IsLeadByte(static_cast<unsigned char>(b))) {
-          firstBytes.Add(static_cast<unsigned char>(b));
-        }
+      bytes = set.single;
+      if (code[pc] == ']') {
+        for (auto &word : bytes.bits) word = ~word;
+        bytes.bits[0] &= ~std::uint64_t{1};
       }
-      break;
+      // A pair is known by its lead byte only.
+      for (unsigned b = 0x81; (set.pairs || code[pc] == ']') && b <= 0xFC; ++b) {
+        if (mb::IsLeadByte(static_cast<unsigned char>(b))) bytes.Add(static_cast<unsigned char>(b));
+      }
+      return true;
     }
     case ':':
-      for (unsigned b = 1; b < 128; ++b) {
-        unsigned char const letter = code[pc + 1];
-        bool const sign = b == '+' || b == '-';
-        bool const starts = letter == 'z'   ? sign || mb::IsDigit(b)
-                            : letter == 'h' ? sign || mb::IsXDigit(b)
-                            : letter == 'n' ? sign || b == '.' || mb::IsDigit(b)
-                                            : InClass(letter, static_cast<unsigned char>(b));
-        if (starts) firstBytes.Add(static_cast<unsigned char>(b));
-      }
-      break;
+      bytes = ClassStarts(code[pc + 1]);
+      return true;
     default:
-      return;
+      return false;
   }
-  filtered = true;
-  int count = 0;
-  for (unsigned b = 0; b < 256; ++b) {
-    if (firstBytes.Has(static_cast<unsigned char>(b))) {
-      ++count;
-      firstLiteral = static_cast<int>(b);
-    }
-  }
-  if (count != 1) firstLiteral = -1;
 }
 
 // The first attempt position from p on whose first byte a match can start
@@ -599,6 +640,10 @@ Program::Pos Program::NextCandidate(char const *text, Pos p) const {
       p += static_cast<Pos>(mb::CharLen(text + p));
     }
     return p;
+  }
+  if (prefix.size() > 1) {
+    char const *hit = std::strstr(text + p, prefix.c_str());
+    return hit != nullptr ? hit - text : p + static_cast<Pos>(std::strlen(text + p));
   }
   if (firstLiteral > 0) {
     char const *hit = std::strchr(text + p, firstLiteral);
@@ -612,7 +657,7 @@ Program::Pos Program::Search(char const *text, Pos *matchLength, std::int64_t pl
   *matchLength = 0;
   if (!valid) return -1;
   bool const doubleByte = DoubleBytePage();
-  Searcher searcher(*this, scratch, text);
+  Searcher searcher(*this, text);
   std::unique_ptr<Memo> memo;
   bool memoAtZero = false;  // the memo holds results of the attempt at 0
   for (Pos p = 0; text[p] != '\0'; p += doubleByte ? static_cast<Pos>(mb::CharLen(text + p)) : 1) {
@@ -633,6 +678,14 @@ Program::Pos Program::Search(char const *text, Pos *matchLength, std::int64_t pl
     if (end != kFail) {
       *matchLength = end - p;
       return p;
+    }
+    // A leading repeat of one item tried the rest behind each of its
+    // repeats, up to where the operand failed: the attempts in between
+    // would try the same again, and the one there too. Which attempt began
+    // at 0 only matters to '^'.
+    if (leadRepeat >= 0 && (p > 0 || !caret)) {
+      p = searcher.RepeatEnd(leadRepeat, p);
+      if (text[p] == '\0') break;
     }
   }
   return -1;

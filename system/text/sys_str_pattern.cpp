@@ -2,8 +2,11 @@
 
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "mbtext.h"
 #include "pattern_engine.h"
@@ -32,32 +35,38 @@ int SYS_StrPattern::Match(char const *text, int *length) const {
 }
 
 int SYS_StrPattern::Substitute(CString &text, CString const &replacement, int maxCount) const {
+  using Pos = pattern::Program::Pos;
   if (compiled.IsEmpty()) return 0;
-  // Copies hold the texts while text is rebuilt: replacement may be text.
-  CString const source(text);
-  CString const insert(replacement);
-  char const *const base = source;
+  char const *const base = text;
   pattern::Program program(compiled, compiled.GetLength());
-  std::string result;
-  pattern::Program::Pos copied = 0;  // source bytes already in result
-  pattern::Program::Pos offset = 0;  // where the next search starts
-  int count = 0;
-  while ((maxCount <= 0 || count < maxCount) && base[offset] != '\0') {
-    pattern::Program::Pos length = 0;
-    pattern::Program::Pos const found = program.Search(base + offset, &length);
-    if (found < 0) break;
-    pattern::Program::Pos const at = offset + found;
-    result.append(base + copied, static_cast<std::size_t>(at - copied));
-    result.append(insert, static_cast<std::size_t>(insert.GetLength()));
-    copied = at + length;
-    offset = copied;
+  std::vector<std::pair<Pos, Pos>> found;  // where each match starts and ends
+  for (Pos offset = 0; (maxCount <= 0 || found.size() < static_cast<std::size_t>(maxCount)) && base[offset] != '\0';) {
+    Pos length = 0;
+    Pos const at = program.Search(base + offset, &length);
+    if (at < 0) break;
+    found.emplace_back(offset + at, offset + at + length);
+    offset += at + length;
     // Behind an empty match the next search starts a character further on.
-    if (length == 0) offset += static_cast<pattern::Program::Pos>(tovik::mb::CharLen(base + at));
-    ++count;
+    if (length == 0) offset += static_cast<Pos>(tovik::mb::CharLen(base + offset));
   }
-  if (count == 0) return 0;
-  result.append(base + copied, static_cast<std::size_t>(source.GetLength() - copied));
-  if (result.size() > static_cast<std::size_t>(CString::kMaxLength)) throw std::bad_alloc();
-  text = CString(result.data(), static_cast<int>(result.size()));
-  return count;
+  if (found.empty()) return 0;
+  Pos const insertLength = replacement.GetLength();
+  Pos size = text.GetLength();
+  for (auto const &match : found) size += insertLength - (match.second - match.first);
+  if (size > CString::kMaxLength) throw std::bad_alloc();
+  // Writes a new string, so that replacement may be text itself.
+  CString result;
+  char *out = result.GetBuffer(static_cast<int>(size));
+  Pos copied = 0;
+  for (auto const &match : found) {
+    std::memcpy(out, base + copied, static_cast<std::size_t>(match.first - copied));
+    out += match.first - copied;
+    std::memcpy(out, static_cast<char const *>(replacement), static_cast<std::size_t>(insertLength));
+    out += insertLength;
+    copied = match.second;
+  }
+  std::memcpy(out, base + copied, static_cast<std::size_t>(text.GetLength() - copied));
+  result.ReleaseBuffer(static_cast<int>(size));
+  text = result;
+  return static_cast<int>(found.size());
 }

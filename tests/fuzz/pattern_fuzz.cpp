@@ -43,9 +43,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size
     Require(compiled[compiled.GetLength() - 1] == 'e');
     Require(position >= -1 && position < textLength && length >= 0 && position + length <= textLength);
     Require(position >= 0 || length == 0);
-    tovik::pattern::Program const program(compiled, compiled.GetLength());
-    std::int32_t memoLength = -1;
-    Require(program.Search(text.c_str(), textLength, &memoLength, 0) == position && memoLength == length);
+    tovik::pattern::Program program(compiled, compiled.GetLength());
+    tovik::pattern::Program::Pos memoLength = -1;
+    Require(program.Search(text.c_str(), &memoLength, 0) == position && memoLength == length);
     if (text.size() <= 24 && compiled.GetLength() <= 48) {
       int referenceLength = -1;
       std::string const code(compiled, static_cast<std::size_t>(compiled.GetLength()));
