@@ -1,20 +1,23 @@
-// Fuzzes pattern compiling and matching: whatever the pattern, compiling ends
-// with a form or nothing, and the search gives a match inside the text; the
-// plain search and the memoised one agree, and on small inputs both agree
-// with the reference walk, in both code pages.
+// Fuzzes patterns, in both code pages. fuzz_pattern: whatever the pattern,
+// compiling ends with a form or nothing, the match lies inside the text, the
+// plain and the memoised search agree, and on small inputs both agree with
+// the reference walk. fuzz_substitute (built with TOVIK_FUZZ_SUBSTITUTE):
+// Substitute agrees with its definition, searching from the offset and
+// splicing the replacement in, also when the replacement is the text itself.
 //
-// Input: one control byte, then the pattern and the text separated by the
-// first NUL.
-#include <cstddef>
+// Input: one control byte, then pattern, text and replacement separated by
+// NULs.
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "../../system/text/pattern_engine.h"
 #include "../text/pattern_reference.h"
-#include "mbtext.h"
 #include "sys_str_pattern.h"
+
+#ifndef TOVIK_FUZZ_SUBSTITUTE
+#define TOVIK_FUZZ_SUBSTITUTE 0
+#endif
 
 namespace {
 
@@ -22,36 +25,59 @@ void Require(bool condition) {
   if (!condition) std::abort();
 }
 
+void CheckMatch(SYS_StrPattern const &pattern, std::string const &text) {
+  CString const &compiled = pattern.GetCompiled();
+  int length = -1;
+  int const position = pattern.Match(text.c_str(), &length);
+  Require(position >= -1 && position + length <= static_cast<int>(text.size()) && (position >= 0 || length == 0));
+  Require(position == -1 || !compiled.IsEmpty());
+  if (compiled.IsEmpty()) return;
+  tovik::pattern::Program program(compiled, compiled.GetLength());
+  tovik::pattern::Program::Pos memoLength = -1;
+  Require(program.Search(text.c_str(), &memoLength, 0) == position && memoLength == length);
+  if (text.size() > 24 || compiled.GetLength() > 48) return;
+  int referenceLength = -1;
+  std::string const code(compiled, static_cast<std::size_t>(compiled.GetLength()));
+  Require(tovik_test::ReferenceMatch(code, text.c_str(), &referenceLength) == position && referenceLength == length);
+}
+
+void CheckSubstitute(SYS_StrPattern const &pattern, std::string text, std::string const &replacement, int control) {
+  int const maxCount = (control >> 2) % 8 - 1;
+  CString subject(text.c_str());
+  int const count = (control & 2) != 0 ? pattern.Substitute(subject, subject, maxCount)
+                                       : pattern.Substitute(subject, CString(replacement.c_str()), maxCount);
+  std::string const insert = (control & 2) != 0 ? text : replacement;
+  int expected = 0;
+  for (std::size_t offset = 0; (maxCount <= 0 || expected < maxCount) && offset < text.size(); ++expected) {
+    int length = 0;
+    int const m = pattern.Match(text.c_str() + offset, &length);
+    if (m < 0) break;
+    auto const n = static_cast<std::size_t>(length);
+    text = text.substr(0, offset + m) + insert + text.substr(offset + m + n);
+    offset += m + insert.size();
+    if (n == 0) offset += tovik::mb::CharLen(text.c_str() + offset);
+  }
+  Require(count == expected && std::string(subject, static_cast<std::size_t>(subject.GetLength())) == text);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
   if (size == 0) return 0;
-  std::string const rest(reinterpret_cast<char const *>(data) + 1, size - 1);
-  std::size_t const split = rest.find('\0');
-  std::string const source = rest.substr(0, split);
-  std::string const text = split == std::string::npos ? std::string() : rest.substr(split + 1).c_str();
-  tovik::mb::SetCodePage((data[0] & 1) != 0 ? tovik::mb::CodePage::DoubleByte : tovik::mb::CodePage::SingleByte);
-
-  SYS_StrPattern const pattern(source.c_str());
-  CString const &compiled = pattern.GetCompiled();
-  int length = -1;
-  int const position = pattern.Match(text.c_str(), &length);
-  auto const textLength = static_cast<int>(text.size());
-  if (compiled.IsEmpty()) {
-    Require(position == -1 && length == 0);
-  } else {
-    Require(compiled[compiled.GetLength() - 1] == 'e');
-    Require(position >= -1 && position < textLength && length >= 0 && position + length <= textLength);
-    Require(position >= 0 || length == 0);
-    tovik::pattern::Program program(compiled, compiled.GetLength());
-    tovik::pattern::Program::Pos memoLength = -1;
-    Require(program.Search(text.c_str(), &memoLength, 0) == position && memoLength == length);
-    if (text.size() <= 24 && compiled.GetLength() <= 48) {
-      int referenceLength = -1;
-      std::string const code(compiled, static_cast<std::size_t>(compiled.GetLength()));
-      Require(tovik_test::ReferenceMatch(code, text.c_str(), &referenceLength) == position);
-      Require(referenceLength == length);
+  std::string parts[3];
+  for (std::size_t i = 1, part = 0; i < size && part < 3; ++i) {
+    if (data[i] == 0) {
+      ++part;
+    } else {
+      parts[part] += static_cast<char>(data[i]);
     }
+  }
+  tovik::mb::SetCodePage((data[0] & 1) != 0 ? tovik::mb::CodePage::DoubleByte : tovik::mb::CodePage::SingleByte);
+  SYS_StrPattern const pattern(parts[0].c_str());
+  if (TOVIK_FUZZ_SUBSTITUTE) {
+    CheckSubstitute(pattern, parts[1], parts[2], data[0]);
+  } else {
+    CheckMatch(pattern, parts[1]);
   }
   tovik::mb::SetCodePage(tovik::mb::CodePage::SingleByte);
   return 0;

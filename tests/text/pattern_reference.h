@@ -21,67 +21,46 @@ class PatternReference {
   int M(int t, std::string const &code) const {
     for (std::size_t pc = 0; pc < code.size();) {
       char const op = code[pc];
-      int const n = pc + 1 < code.size() ? static_cast<unsigned char>(code[pc + 1]) : 0;
-      std::string const rest = pc + 2 + n <= code.size() ? code.substr(pc + 2 + n) : "";
-      switch (op) {
-        case 'c': {
-          std::size_t const len = Len(code.c_str() + pc + 1);
-          if (Len(text + t) != len || code.compare(pc + 1, len, text + t, len) != 0) return -1;
-          t += static_cast<int>(len);
-          pc += 1 + len;
-          break;
+      std::size_t const n = pc + 1 < code.size() ? static_cast<unsigned char>(code[pc + 1]) : 0;
+      std::size_t const len = Len(text + t);
+      if (op == 'c') {
+        std::size_t const own = Len(code.c_str() + pc + 1);
+        if (len != own || code.compare(pc + 1, own, text + t, own) != 0) return -1;
+        t += static_cast<int>(own);
+        pc += 1 + own;
+      } else if (op == '.' || op == '[' || op == ']') {
+        if (text[t] == '\0' || (op != '.' && InList(code.substr(pc + 2, n), text + t) != (op == '['))) return -1;
+        t += static_cast<int>(len);
+        pc += op == '.' ? 1 : 2 + n;
+      } else if (op == '$' || op == '^') {
+        if (op == '$' ? text[t] != '\0' : start != 0) return -1;
+        ++pc;
+      } else if (op == ':') {
+        if ((t = Class(code[pc + 1], t)) < 0) return -1;
+        pc += 2;
+      } else if (op == '?') {
+        int const r = M(t, code.substr(pc + 2));
+        return r >= 0 ? r : M(t, code.substr(pc + 2 + n));
+      } else if (op == '|') {
+        std::size_t const b = EndOf(code, pc + 1);
+        int const r1 = M(t, code.substr(pc + 1, b - pc - 1) + code.substr(EndOf(code, b)));
+        if (r1 >= 0 && text[r1] == '\0') return r1;
+        int const r2 = M(t, code.substr(b));
+        return r1 >= 0 && (r2 < 0 || r1 > r2) ? r1 : r2;
+      } else if (op == '*' || op == '+') {
+        return Greedy(op, t, code.substr(pc + 2, n), code.substr(pc + 2 + n));
+      } else if (op == '@' || op == '#') {
+        std::string const operand = code.substr(pc + 2, n), rest = code.substr(pc + 2 + n);
+        int last = t;
+        for (int p = M(t, operand); p >= 0; p = M(p, operand)) {
+          bool const stuck = p == last;  // would repeat forever
+          last = p;
+          int const r = M(p, rest);
+          if (r >= 0 || stuck) return r;
         }
-        case '.':
-          if (text[t] == '\0') return -1;
-          t += static_cast<int>(Len(text + t));
-          ++pc;
-          break;
-        case '$':
-        case '^':
-          if (op == '$' ? text[t] != '\0' : start != 0) return -1;
-          ++pc;
-          break;
-        case ':':
-          t = Class(code[pc + 1], t);
-          if (t < 0) return -1;
-          pc += 2;
-          break;
-        case '[':
-        case ']':
-          if (text[t] == '\0' || InList(code.substr(pc + 2, n), text + t) != (op == '[')) return -1;
-          t += static_cast<int>(Len(text + t));
-          pc += 2 + n;
-          break;
-        case '?': {
-          int const r = M(t, code.substr(pc + 2));
-          return r >= 0 ? r : M(t, rest);
-        }
-        case '|': {
-          std::size_t const b = EndOf(code, pc + 1);
-          std::string const after = code.substr(EndOf(code, b));
-          int const r1 = M(t, code.substr(pc + 1, b - pc - 1) + after);
-          if (r1 >= 0 && text[r1] == '\0') return r1;
-          int const r2 = M(t, code.substr(b));
-          return r1 >= 0 && (r2 < 0 || r1 > r2) ? r1 : r2;
-        }
-        case '*':
-        case '+':
-          return Greedy(op, t, code.substr(pc + 2, n), rest);
-        case '@':
-        case '#': {
-          std::string const operand = code.substr(pc + 2, n);
-          int last = t;
-          for (int p = M(t, operand); p >= 0; p = M(p, operand)) {
-            bool const stuck = p == last;  // would repeat forever
-            last = p;
-            int const r = M(p, rest);
-            if (r >= 0) return r;
-            if (stuck) return -1;
-          }
-          return op == '#' ? -1 : M(last, rest);
-        }
-        default:  // ')' and 'e'
-          ++pc;
+        return op == '#' ? -1 : M(last, rest);
+      } else {  // ')' and 'e'
+        ++pc;
       }
     }
     return t;
@@ -110,38 +89,26 @@ class PatternReference {
   }
 
   int Class(char letter, int t) const {
-    char const *end = nullptr;
-    if (letter == 'h' || letter == 'z') end = getinteger(text + t, letter == 'h' ? 3 : 1);
-    if (letter == 'n') end = getdouble(text + t, 1);
-    if (end != nullptr) return static_cast<int>(end - text);
-    int const c = static_cast<signed char>(text[t]);
-    bool const lower = c >= 'a' && c <= 'z', upper = c >= 'A' && c <= 'Z', digit = c >= '0' && c <= '9';
-    bool in = false;
-    switch (letter) {
-      case 'a': in = lower || upper || digit; break;
-      case 'b': in = c == ' ' || (c >= '\t' && c <= '\r'); break;
-      case 'c': in = lower || upper; break;
-      case 'd': in = digit; break;
-      case 'l': in = lower; break;
-      case 'u': in = upper; break;
-      case 'x': in = digit || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); break;
-      default: return -1;
+    if (letter == 'h' || letter == 'z' || letter == 'n') {
+      char const *end = letter == 'n' ? getdouble(text + t, 1) : getinteger(text + t, letter == 'h' ? 3 : 1);
+      return end != nullptr ? static_cast<int>(end - text) : -1;
     }
+    auto const c = static_cast<unsigned>(static_cast<int>(static_cast<signed char>(text[t])));
+    using namespace tovik::mb;
+    bool const in = letter == 'a' ? IsAlnum(c) : letter == 'b' ? IsSpace(c) : letter == 'c' ? IsAlpha(c)
+                    : letter == 'd' ? IsDigit(c) : letter == 'l' ? IsLower(c) : letter == 'u' ? IsUpper(c)
+                                                                                : IsXDigit(c);
     return in ? t + 1 : -1;
   }
 
   // The index behind the 'e' that closes what is open at from.
-  static std::size_t EndOf(std::string const &code, std::size_t from) {
-    int depth = 1;
-    std::size_t pc = from;
-    while (depth > 0 && pc < code.size()) {
+  static std::size_t EndOf(std::string const &code, std::size_t pc) {
+    for (int depth = 1; depth > 0 && pc < code.size(); ++pc) {
       char const op = code[pc];
-      if (op == ')' || op == '|') ++depth;
-      if (op == 'e') --depth;
+      depth += op == ')' || op == '|' ? 1 : op == 'e' ? -1 : 0;
       if (op == 'c') pc += Len(code.c_str() + pc + 1);
       if (op == ':') ++pc;
       if (std::string("[]*+?@#").find(op) != std::string::npos) pc += 1 + static_cast<unsigned char>(code[pc + 1]);
-      ++pc;
     }
     return pc;
   }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "code_page_guard.h"
@@ -13,7 +12,7 @@ using tovik::mb::CodePage;
 using tovik_test::CodePageGuard;
 using tovik_test::ReferenceMatch;
 
-enum Pages { kBoth, kSingle, kDouble };
+enum Pages { kSingle = 1, kDouble = 2, kBoth = 3 };
 
 std::string Code(SYS_StrPattern const &p) {
   return std::string(p.GetCompiled(), static_cast<std::size_t>(p.GetCompiled().GetLength()));
@@ -26,15 +25,12 @@ struct MatchCase {
   Pages pages;
 };
 MatchCase const kMatchCases[] = {
-  {"repeat after a literal", "a+b", "xaaab", 1, 4, kBoth},
   {"longer alternative wins, first", "ab|abc", "abcd", 0, 3, kBoth},
   {"longer alternative wins, second", "abc|ab", "abcd", 0, 3, kBoth},
   {"reach includes the rest", "(a|ab)b", "abb", 0, 3, kBoth},
-  {"three alternatives", "a|b|c", "xc", 1, 1, kBoth},
   {"caret tests the attempt", "^b", "ab", -1, 0, kBoth},
   {"caret inside a group", "a(^b)", "ab", 0, 2, kBoth},
   {"caret under a repeat", "(^a)+", "aaa", 0, 3, kBoth},
-  {"dollar at the end", "b$", "ab", 1, 1, kBoth},
   {"NUL is no attempt position", "$", "abc", -1, 0, kBoth},
   {"empty repeat cannot reach the NUL", "x*$", "abc", -1, 0, kBoth},
   {"empty match at the start", "x*", "abc", 0, 0, kBoth},
@@ -43,11 +39,8 @@ MatchCase const kMatchCases[] = {
   {"question backtracks into its operand", "a?ab", "ab", 0, 2, kBoth},
   {"lazy stops at the first rest", "a@a", "aaa", 0, 2, kBoth},
   {"lazy zero when the operand fails", "a@b", "b", 0, 1, kBoth},
-  {"lazy over several", "a@b", "aaab", 0, 4, kBoth},
   {"lazy one-or-more needs one", "a#b", "b", -1, 0, kBoth},
   {"lazy never tries the rest behind none after a repeat", ".@c", "c", -1, 0, kBoth},
-  {"repeated group", "(ab)+", "ababx", 0, 4, kBoth},
-  {"repeated alternation", "(a|b)*c", "abbac", 0, 5, kBoth},
   {"empty operand under star", "(a*)*b", "aab", 0, 3, kBoth},
   {"optional operand under star", "(a?)*b", "aab", 0, 3, kBoth},
   {"dollar under star", "b$*", "ab", 1, 1, kBoth},
@@ -60,12 +53,9 @@ MatchCase const kMatchCases[] = {
   {"range ending at 0x7F", "[a-\x7F]+", "z~\x7F", 0, 3, kBoth},
   {"empty set never matches", "a[]|b", "ab", 1, 1, kBoth},
   {"negated empty set matches anything", "[^]", "x", 0, 1, kBoth},
-  {"negated set", "[^a]", "ab", 1, 1, kBoth},
   {"escaped bracket in a set", "[\\]]", "a]", 1, 1, kBoth},
   {"colon before a non-class", ":q", "x:q", 1, 2, kBoth},
-  {"hex escapes", "\\x41\\x4a\\x4", "AJ\x04", 0, 3, kBoth},
-  {"escapes", "\\t\\.", "a\t.", 1, 2, kBoth},
-  {"digits class", ":d+", "ab123c", 2, 3, kBoth},
+  {"escapes", "\\t\\x41\\x4a\\x4\\.", "\tAJ\x04.", 0, 5, kBoth},
   {"high byte in no class", ":c", "\xE9" "a", 1, 1, kSingle},
   {"integer takes signs anywhere", ":z", "x12-3", 1, 4, kBoth},
   {"number stops at E", ":n", "1.5E3", 0, 3, kBoth},
@@ -78,36 +68,30 @@ MatchCase const kMatchCases[] = {
   {"double-byte range", "[\x82\xA0-\x82\xA2]", "\x82\xA1", 0, 2, kDouble},
   {"double-byte range across leads adds nothing", "[\x82\xA0-\x83\xA2]", "\x82\xA1", -1, 0, kDouble},
   {"lone lead byte before the NUL", "[^a]", "\x82", 0, 1, kDouble},
-  {"empty text never matches", "x*", "", -1, 0, kBoth},
 };
 // clang-format on
 
-void CheckAgainstReference(SYS_StrPattern const &pattern, std::string const &text) {
-  for (std::size_t from = 0; from <= text.size(); ++from) {
-    for (std::size_t to = from; to <= text.size(); ++to) {
-      std::string const slice = text.substr(from, to - from);
-      int length = -1, expectedLength = -1;
-      int const expected = ReferenceMatch(Code(pattern), slice.c_str(), &expectedLength);
-      ASSERT_EQ(pattern.Match(slice.c_str(), &length), expected) << "slice " << from << ".." << to;
-      ASSERT_EQ(length, expectedLength) << "slice " << from << ".." << to;
-    }
-  }
-}
-
+// Each row under its code pages, and every slice of its text against the
+// reference walk.
 TEST(StrPatternTest, MatchesAgreeWithTheReference) {
   for (auto const &c : kMatchCases) {
     for (CodePage page : {CodePage::SingleByte, CodePage::DoubleByte}) {
-      if ((c.pages == kSingle && page != CodePage::SingleByte) || (c.pages == kDouble && page != CodePage::DoubleByte)) {
-        continue;
-      }
+      if ((c.pages & (page == CodePage::SingleByte ? kSingle : kDouble)) == 0) continue;
       SCOPED_TRACE(std::string(c.name) + (page == CodePage::DoubleByte ? " (double-byte)" : ""));
       CodePageGuard const guard(page);
       SYS_StrPattern const pattern(c.pattern);
-      ASSERT_FALSE(pattern.GetCompiled().IsEmpty());
-      int length = -1;
+      int length = -1, expectedLength = -1;
       EXPECT_EQ(pattern.Match(c.text, &length), c.position);
       EXPECT_EQ(length, c.length);
-      CheckAgainstReference(pattern, c.text);
+      std::string const text(c.text);
+      for (std::size_t from = 0; from <= text.size(); ++from) {
+        for (std::size_t to = from; to <= text.size(); ++to) {
+          std::string const slice = text.substr(from, to - from);
+          ASSERT_EQ(pattern.Match(slice.c_str(), &length), ReferenceMatch(Code(pattern), slice.c_str(), &expectedLength))
+              << "slice " << from << ".." << to;
+          ASSERT_EQ(length, expectedLength) << "slice " << from << ".." << to;
+        }
+      }
     }
   }
 }
@@ -122,27 +106,18 @@ TEST(StrPatternTest, CompiledForms) {
       {"alternatives", "a|b", std::string("|caecbe")},
       {"repeated group", "(ab)+", std::string("+\6)cacbee")},
       {"empty set holds a NUL", "[]", std::string("[\0e", 3)},
-      {"repeat behind a repeat", "a**", ""},
-      {"empty group", "()", ""},
-      {"unclosed group", "(a", ""},
-      {"unopened group", "a)", ""},
-      {"stray bracket", "]", ""},
-      {"leading repeat", "*", ""},
-      {"empty last alternative", "a|", ""},
-      {"caret alone", "^", ""},
-      {"caret inside a branch", "a^", ""},
-      {"unclosed range", "[a-", ""},
-      {"unclosed set", "[abc", ""},
-      {"hex escape without digits", "\\x", ""},
-      {"hex escape of 0", "\\x0", ""},
-      {"trailing backslash", "a\\", ""},
       {"set beyond 255 bytes", "[\x80-\x7F]", ""},
       {"operand beyond 255 bytes", "(" + std::string(127, 'a') + ")*", ""},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
-    SYS_StrPattern const pattern(c.pattern.c_str());
-    EXPECT_EQ(Code(pattern), c.code);
+    EXPECT_EQ(Code(SYS_StrPattern(c.pattern.c_str())), c.code);
+  }
+  // Misplaced operators, unclosed or empty groups and sets, and patterns
+  // that end where an atom or escape is needed.
+  for (char const *bad : {"a**", "()", "(a", "a)", "]", "*", "a|", "^", "a^", "[a-", "[abc", "\\x", "\\x0", "a\\"}) {
+    SCOPED_TRACE(bad);
+    EXPECT_TRUE(SYS_StrPattern(bad).GetCompiled().IsEmpty());
   }
   SYS_StrPattern const bad("(");
   CString text("abc");
@@ -178,17 +153,14 @@ TEST(StrPatternTest, DepthAndCostStayBounded) {
 TEST(StrPatternTest, Substitute) {
   struct {
     char const *name, *pattern, *text, *replacement;
-    int maxCount;
+    int maxCount, count;
     char const *result;
-    int count;
   } const cases[] = {
-      {"caret holds at each search", "^a", "aaa", "b", 0, "bbb", 3},
-      {"empty matches step on", "x*", "abc", "-", 0, "-a-b-c", 3},
-      {"empty match behind a match", "a*", "baac", "-", 0, "-b--c", 3},
-      {"limit", "a", "banana", "o", 2, "bonona", 2},
-      {"replacement not searched again", "an", "banana", "xanx", 0, "bxanxxanxa", 2},
-      {"deletion", "a", "banana", "", 0, "bnn", 3},
-      {"nothing found", "z", "abc", "y", 0, "abc", 0},
+      {"caret holds at each search", "^a", "aaa", "b", 0, 3, "bbb"},
+      {"empty matches step on", "x*", "abc", "-", 0, 3, "-a-b-c"},
+      {"empty match behind a match", "a*", "baac", "-", 0, 3, "-b--c"},
+      {"limit", "a", "banana", "o", 2, 2, "bonona"},
+      {"replacement not searched again", "an", "banana", "xanx", 0, 2, "bxanxxanxa"},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
