@@ -4,6 +4,7 @@
 //
 // Input: one control byte, then a path and a second text separated by the
 // first NUL.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -31,8 +32,8 @@ std::string Parts(SFM_FilePath &path) {
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
   if (size == 0) return 0;
   std::string const rest(reinterpret_cast<char const *>(data) + 1, size - 1);
-  std::string const first = rest.substr(0, rest.find('\0'));
-  char const *text = rest.c_str() + (first.size() < rest.size() ? first.size() + 1 : first.size());
+  std::string const first = rest.c_str();
+  char const *text = rest.c_str() + std::min(first.size() + 1, rest.size());
   tovik::mb::SetCodePage((data[0] & 1) != 0 ? tovik::mb::CodePage::DoubleByte : tovik::mb::CodePage::SingleByte);
   SFM_FilePath::DefaultSeparator = (data[0] >> 1) & 1;
 

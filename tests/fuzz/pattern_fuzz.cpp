@@ -1,7 +1,7 @@
 // Fuzzes patterns, in both code pages. fuzz_pattern: whatever the pattern,
 // compiling ends with a form or nothing, the match lies inside the text, the
 // plain and the memoised search agree, and on small inputs both agree with
-// the reference walk. fuzz_substitute (built with TOVIK_FUZZ_SUBSTITUTE):
+// the reference walk. fuzz_substitute (TOVIK_FUZZ_SUBSTITUTE set):
 // Substitute agrees with its definition, searching from the offset and
 // splicing the replacement in, also when the replacement is the text itself.
 //
@@ -15,10 +15,6 @@
 #include "../text/pattern_reference.h"
 #include "sys_str_pattern.h"
 
-#ifndef TOVIK_FUZZ_SUBSTITUTE
-#define TOVIK_FUZZ_SUBSTITUTE 0
-#endif
-
 namespace {
 
 void Require(bool condition) {
@@ -29,8 +25,7 @@ void CheckMatch(SYS_StrPattern const &pattern, std::string const &text) {
   CString const &compiled = pattern.GetCompiled();
   int length = -1;
   int const position = pattern.Match(text.c_str(), &length);
-  Require(position >= -1 && position + length <= static_cast<int>(text.size()) && (position >= 0 || length == 0));
-  Require(position == -1 || !compiled.IsEmpty());
+  Require(position + length <= static_cast<int>(text.size()) && (position >= 0 ? !compiled.IsEmpty() : length == 0));
   if (compiled.IsEmpty()) return;
   tovik::pattern::Program program(compiled, compiled.GetLength());
   tovik::pattern::Program::Pos memoLength = -1;
@@ -43,10 +38,10 @@ void CheckMatch(SYS_StrPattern const &pattern, std::string const &text) {
 
 void CheckSubstitute(SYS_StrPattern const &pattern, std::string text, std::string const &replacement, int control) {
   int const maxCount = (control >> 2) % 8 - 1;
+  std::string const insert = (control & 2) != 0 ? text : replacement;  // the text itself
   CString subject(text.c_str());
   int const count = (control & 2) != 0 ? pattern.Substitute(subject, subject, maxCount)
-                                       : pattern.Substitute(subject, CString(replacement.c_str()), maxCount);
-  std::string const insert = (control & 2) != 0 ? text : replacement;
+                                       : pattern.Substitute(subject, CString(insert.c_str()), maxCount);
   int expected = 0;
   for (std::size_t offset = 0; (maxCount <= 0 || expected < maxCount) && offset < text.size(); ++expected) {
     int length = 0;
@@ -65,12 +60,8 @@ void CheckSubstitute(SYS_StrPattern const &pattern, std::string text, std::strin
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size) {
   if (size == 0) return 0;
   std::string parts[3];
-  for (std::size_t i = 1, part = 0; i < size && part < 3; ++i) {
-    if (data[i] == 0) {
-      ++part;
-    } else {
-      parts[part] += static_cast<char>(data[i]);
-    }
+  for (std::size_t i = 1, part = 0; i < size && part < 3; part += data[i++] == 0) {
+    if (data[i] != 0) parts[part] += static_cast<char>(data[i]);
   }
   tovik::mb::SetCodePage((data[0] & 1) != 0 ? tovik::mb::CodePage::DoubleByte : tovik::mb::CodePage::SingleByte);
   SYS_StrPattern const pattern(parts[0].c_str());

@@ -83,7 +83,7 @@ class PatternReference {
 
   static bool InList(std::string const &list, char const *c) {
     for (std::size_t i = 0; i < list.size(); i += Len(list.c_str() + i)) {
-      if (Len(list.c_str() + i) == Len(c) && list.compare(i, Len(c), c, Len(c)) == 0) return true;
+      if (list.compare(i, Len(list.c_str() + i), c, Len(c)) == 0) return true;
     }
     return false;
   }
@@ -116,15 +116,10 @@ class PatternReference {
 
 // The first match of code in text, as Match reports it: position and length.
 inline int ReferenceMatch(std::string const &code, char const *text, int *length) {
-  *length = 0;
-  for (int p = 0; text[p] != '\0'; p += static_cast<int>(tovik::mb::CharLen(text + p))) {
-    int const end = PatternReference(text, p).M(p, code);
-    if (end >= 0) {
-      *length = end - p;
-      return p;
-    }
-  }
-  return -1;
+  int p = 0, end = -1;
+  while (text[p] != '\0' && (end = PatternReference(text, p).M(p, code)) < 0) p += static_cast<int>(tovik::mb::CharLen(text + p));
+  *length = end >= 0 ? end - p : 0;
+  return end >= 0 ? p : -1;
 }
 
 }  // namespace tovik_test
