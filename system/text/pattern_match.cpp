@@ -568,7 +568,8 @@ bool Program::Analyse() {
     // An operand that is one item taking one character at most runs
     // without a call.
     Open const &parent = open.back();
-    if (parent.kind == kOperand && parent.pc + 2 == pc && parent.end == next && std::strchr(")|e", code[pc]) == nullptr) {
+    if (parent.kind == kOperand && parent.pc + 2 == pc && parent.end == next &&
+        std::strchr(")|e", code[pc]) == nullptr) {
       items[static_cast<std::size_t>(parent.pc)].extra = 1;
     }
     item.next = next;

@@ -8,7 +8,6 @@
 namespace {
 
 using tovik::mb::CodePage;
-using tovik_test::CodePageGuard;
 
 // clang-format off
 // The parts of a path as base|relative|name|extension.
@@ -38,7 +37,7 @@ PathCase const kPathCases[] = {
 TEST(FilePathTest, SplitsPaths) {
   for (auto const &c : kPathCases) {
     SCOPED_TRACE(c.name);
-    CodePageGuard const page(c.doubleByte ? CodePage::DoubleByte : CodePage::SingleByte);
+    tovik_test::CodePageGuard const page(c.doubleByte ? CodePage::DoubleByte : CodePage::SingleByte);
     SFM_FilePath path(c.text);
     EXPECT_EQ(std::string(path.GetBasePath()) + '|' + std::string(path.GetRelPath()) + '|' +
                   std::string(path.GetFileName()) + '|' + std::string(path.GetFileExtension()),

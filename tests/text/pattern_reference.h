@@ -117,7 +117,9 @@ class PatternReference {
 // The first match of code in text, as Match reports it: position and length.
 inline int ReferenceMatch(std::string const &code, char const *text, int *length) {
   int p = 0, end = -1;
-  while (text[p] != '\0' && (end = PatternReference(text, p).M(p, code)) < 0) p += static_cast<int>(tovik::mb::CharLen(text + p));
+  while (text[p] != '\0' && (end = PatternReference(text, p).M(p, code)) < 0) {
+    p += static_cast<int>(tovik::mb::CharLen(text + p));
+  }
   *length = end >= 0 ? end - p : 0;
   return end >= 0 ? p : -1;
 }
