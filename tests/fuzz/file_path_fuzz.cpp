@@ -53,7 +53,5 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size
     default: path.SetFileName(first.c_str(), text, 0); break;
   }
   Parts(path);
-  tovik::mb::SetCodePage(tovik::mb::CodePage::SingleByte);
-  SFM_FilePath::DefaultSeparator = 0;
   return 0;
 }

@@ -71,6 +71,5 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const *data, std::size_t size
   } else {
     CheckMatch(pattern, parts[1]);
   }
-  tovik::mb::SetCodePage(tovik::mb::CodePage::SingleByte);
   return 0;
 }

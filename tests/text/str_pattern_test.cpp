@@ -23,7 +23,6 @@ MatchCase const kMatchCases[] = {
   {"caret under a repeat", "(^a)+", "aaa", 0, 3, kBoth},
   {"NUL is no attempt position", "$", "abc", -1, 0, kBoth},
   {"empty repeat cannot reach the NUL", "x*$", "abc", -1, 0, kBoth},
-  {"empty match at the start", "x*", "abc", 0, 0, kBoth},
   {"greedy tries the rest behind none only on failure", "a*ab", "ab", -1, 0, kBoth},
   {"greedy gives back one repeat", "a*ab", "aab", 0, 3, kBoth},
   {"question backtracks into its operand", "a?ab", "ab", 0, 2, kBoth},
@@ -136,9 +135,9 @@ TEST(StrPatternTest, Substitute) {
     SCOPED_TRACE(c.name);
     CString text(c.text);
     SYS_StrPattern const pattern(c.pattern);
-    EXPECT_EQ(c.replacement != nullptr ? pattern.Substitute(text, c.replacement, c.maxCount)
-                                       : pattern.Substitute(text, text, c.maxCount),
-              c.count);
+    int const count = c.replacement != nullptr ? pattern.Substitute(text, c.replacement, c.maxCount)
+                                               : pattern.Substitute(text, text, c.maxCount);
+    EXPECT_EQ(count, c.count);
     EXPECT_STREQ(text, c.result);
   }
 }
