@@ -1,7 +1,8 @@
 // A tour of Tovik as an application sees it: strings, failed checks and the
 // failure manager that decides how they end, a notifier whose listeners
-// leave in the middle of a notification, containers, and a filtered, sorted
-// view of a board's components (board.h) that follows the board.
+// leave in the middle of a notification, containers, a filtered, sorted
+// view of a board's components (board.h) that follows the board, and
+// coordinates typed in each user unit with a property panel's common value.
 #include <tovik.h>
 
 #include <cstdio>
@@ -324,6 +325,68 @@ void ShowCollections() {
   PrintList("now", placement);
 }
 
+
+// --- Units and properties ---------------------------------------------------
+
+// The property panel's "Value" row: a component's value text.
+class ValueProperty : public SCC_StdProperty {
+ public:
+  using SCC_StdProperty::GetValue;
+  using SCC_StdProperty::SetValue;
+  int GetValue(SCC_Handle handle, SCC_Variant &value) override {
+    if (handle == 0) return 0;
+    value = SCC_Variant(Component::Of(handle).value);
+    return 1;
+  }
+};
+
+void ShowUnitsAndProperties() {
+  Section("Units and properties");
+  struct Typed {
+    SYS_UnitType unit;
+    char const *x, *y;
+  } const typed[] = {{SYS_UNIT_MILS, "1250", "-300.5"},
+                     {SYS_UNIT_MILLIMETERS, "31.75", "-7.6327"},
+                     {SYS_UNIT_INCHES, "1.25", "-0.3005"},
+                     {SYS_UNIT_MICRONS, "31750", "-7632.7"}};
+  for (Typed const &t : typed) {
+    SYS_Convert reader(t.unit);
+    SYS_Point world;
+    // Str2Base, not Str2CoordX: a coordinate text is a measure and cannot be negative.
+    if (reader.Str2Base(t.x, &world.x) == 0 || reader.Str2Base(t.y, &world.y) == 0) continue;
+    std::printf("typed (%s,%s) %s = world (%d,%d):", t.x, t.y, reader.GetUnitName(), world.x, world.y);
+    for (Typed const &other : typed) {
+      if (other.unit == t.unit) continue;
+      SYS_Convert const shown(other.unit);
+      std::printf(" %s %s", static_cast<char const *>(shown.Point2Str(world)), shown.GetUnitName());
+    }
+    std::printf("\n");
+  }
+  SYS_Convert const inches(SYS_UNIT_INCHES);
+  std::int32_t world = 0;
+  std::printf("\"28.000001\" inches is outside the board: %s; \"1,5\" is no number: %s\n",
+              inches.Str2Base("28.000001", &world) ? "accepted" : "refused",
+              inches.Str2Base("1,5", &world) ? "accepted" : "refused");
+
+  Board board;
+  board.Place("R1", "top", "10k");
+  board.Place("R2", "top", "10k");
+  board.Place("R3", "top", "4k7");
+  ComponentList parts(board);
+  parts.AllowReload(1);
+  ValueProperty value;
+  auto showPanel = [&](char const *first, char const *second) {
+    parts.SetFocus(board.Find(first)->Handle(), 0);
+    parts.SetFocus(board.Find(second)->Handle(), 1);
+    SCC_Variant common;
+    int const read = value.GetValue(&parts, common);
+    std::printf("panel for %s and %s: Value = \"%s\"%s\n", first, second,
+                static_cast<char const *>(SYS_String(common)), read && common.IsEmpty() ? " (mixed)" : "");
+  };
+  showPanel("R1", "R2");
+  showPanel("R1", "R3");
+}
+
 }  // namespace
 
 int main() {
@@ -333,5 +396,6 @@ int main() {
   ShowNotification();
   ShowContainers();
   ShowCollections();
+  ShowUnitsAndProperties();
   return 0;
 }

@@ -92,6 +92,9 @@ class TOVIK_API SCC_EventNode {
   // Leaves any former ring and joins the end of the event's ring, so that a
   // walk running on the event reaches it. A null event only leaves.
   void JoinAtEnd(SCC_Event<T> *event);
+  // Leaves any former ring and joins the ring of other just before it; stays
+  // alone when other is alone (or is this node).
+  void JoinBefore(SCC_EventNode<T> *other);
 };
 
 // The source: the end mark of its own ring, whose next is the first listener.
@@ -131,6 +134,7 @@ class TOVIK_API SCC_Event : public SCC_EventNode<T> {
   // A source is the end mark of its own ring: it never leaves or joins one.
   void Leave() = delete;
   void JoinAtEnd(SCC_Event<T> *) = delete;
+  void JoinBefore(SCC_EventNode<T> *) = delete;
 
  private:
   void Detach();
@@ -254,6 +258,17 @@ inline void SCC_EventNode<T>::JoinAtEnd(SCC_Event<T> *event) {
   next = event;
   prev->next = this;
   event->prev = this;
+}
+
+template <class T>
+inline void SCC_EventNode<T>::JoinBefore(SCC_EventNode<T> *other) {
+  Leave();
+  if (other == this || other->owner == nullptr) return;
+  owner = other->owner;
+  prev = other->prev;
+  next = other;
+  prev->next = this;
+  other->prev = this;
 }
 
 template <class T>

@@ -10,6 +10,8 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
+#include "screen_types.h"
+#include "cdwordarray.h"
 
 // Core frame
 #include "sys_string.h"
@@ -44,9 +46,27 @@
 // Files
 #include "sfm_file_path.h"
 
+// Values and properties
+#include "scc_variant.h"
+#include "scc_convertor.h"
+#include "scc_property.h"
+
 // Geometry
 #include "sys_geometry_units.h"
 #include "sys_point.h"
+#include "sys_shapes.h"
+#include "sys_transform.h"
+#include "sys_geom_node.h"
+#include "sys_text_records.h"
+
+// Display
+#include "ui_draw_area.h"
+#include "cdynamic.h"
+#include "ui_palette_convertor.h"
+#include "ui_svg_draw_area.h"
+
+// Units
+#include "sys_convert.h"
 
 // Replay recorder
 #include "sys_test_repeater.h"

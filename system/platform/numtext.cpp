@@ -1,6 +1,7 @@
 #include "numtext.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <locale.h>
 
@@ -53,14 +54,15 @@ Parsed ParseDecimal(char const *s) noexcept {
 
 }  // namespace
 
-std::int32_t StrToL(char const *s, char const **end) noexcept {
+std::int32_t StrToL(char const *s, char const **end) noexcept { return StrToL(s, end, nullptr); }
+
+std::int32_t StrToL(char const *s, char const **end, bool *outOfRange) noexcept {
   Parsed const r = ParseDecimal(s);
   if (end != nullptr) *end = r.end;
-  if (r.negative) {
-    return r.magnitude >= UINT64_C(0x80000000) ? INT32_MIN
-                                               : -static_cast<std::int32_t>(r.magnitude);
-  }
-  return r.magnitude > INT32_MAX ? INT32_MAX : static_cast<std::int32_t>(r.magnitude);
+  std::uint64_t const limit = r.negative ? UINT64_C(0x80000000) : INT32_MAX;
+  if (outOfRange != nullptr) *outOfRange = r.magnitude > limit;
+  if (r.magnitude >= limit) return r.negative ? INT32_MIN : INT32_MAX;
+  return r.negative ? -static_cast<std::int32_t>(r.magnitude) : static_cast<std::int32_t>(r.magnitude);
 }
 
 std::uint32_t StrToUL(char const *s, char const **end) noexcept {
@@ -71,15 +73,24 @@ std::uint32_t StrToUL(char const *s, char const **end) noexcept {
   return r.negative ? 0u - value : value;
 }
 
-double StrToD(char const *s, char const **end) noexcept {
+double StrToD(char const *s, char const **end) noexcept { return StrToD(s, end, nullptr); }
+
+double StrToD(char const *s, char const **end, bool *outOfRange) noexcept {
   if (s == nullptr) s = "";
   int const savedErrno = errno;
+  errno = 0;
   char *stop = nullptr;
   locale_t const c = CLocale();
   double const value = c != static_cast<locale_t>(nullptr) ? strtod_l(s, &stop, c) : std::strtod(s, &stop);
+  if (outOfRange != nullptr) *outOfRange = errno == ERANGE;
   errno = savedErrno;
   if (end != nullptr) *end = stop;
   return value;
+}
+
+int FormatFixed(char *buffer, std::size_t size, double value, int decimals) noexcept {
+  CLocaleScope const cLocale;
+  return std::snprintf(buffer, size, "%.*f", decimals < 0 ? 0 : decimals, value);
 }
 
 CLocaleScope::CLocaleScope() noexcept : previous(uselocale(CLocale())) {}

@@ -8,6 +8,7 @@
 #ifndef TOVIK_NUMTEXT_H
 #define TOVIK_NUMTEXT_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "tovik_export.h"
@@ -28,6 +29,17 @@ TOVIK_API std::uint32_t StrToUL(char const *s, char const **end) noexcept;
 // strtod in the "C" locale: decimal and hexadecimal forms, "inf" and "nan";
 // out of range gives a signed HUGE_VAL or a value rounded towards 0.
 TOVIK_API double StrToD(char const *s, char const **end) noexcept;
+
+// As StrToL and StrToD, and outOfRange (when not null) tells whether the
+// value was beyond the type's range, as strtol and strtod report by ERANGE
+// (for a double also an underflow to a tiny or zero value).
+TOVIK_API std::int32_t StrToL(char const *s, char const **end, bool *outOfRange) noexcept;
+TOVIK_API double StrToD(char const *s, char const **end, bool *outOfRange) noexcept;
+
+// snprintf with "%.*f" in the "C" locale: writes value with decimals digits
+// behind the point (a negative count means 0) into buffer, cut to size - 1
+// bytes and a NUL. Returns the length the whole text has.
+TOVIK_API int FormatFixed(char *buffer, std::size_t size, double value, int decimals) noexcept;
 
 // For its lifetime, makes the printf and scanf families of this thread use
 // the "C" locale, so that "%f" writes and reads a decimal point.

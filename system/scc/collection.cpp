@@ -119,17 +119,6 @@ void SCC_StdCollection::Steps::CheckRepeats(SCC_StdCollection &c) {
   }
 }
 
-void SCC_StdCollection::Steps::JoinBefore(SCC_EventNode<int> &node, SCC_EventNode<int> &other) {
-  node.Leave();
-  SCC_Event<int> *const source = other.GetOwner();
-  if (source == nullptr || &node == &other) return;
-  node.owner = source;
-  node.prev = other.prev;
-  node.next = &other;
-  other.prev->next = &node;
-  other.prev = &node;
-}
-
 void SCC_StdCollection::Steps::AdoptHooks(SCC_StdCollection &c, SCC_StdCollection &other) {
   for (SCC_MapIterator<SCC_Handle, EventHook> at(c.eventHooks); at.IsValid(); at.GetNext()) {
     EventHook &hook = at.GetValue();
@@ -234,7 +223,8 @@ SCC_StdCollection::SCC_StdCollection(SCC_StdCollection *newParent)
       parentHook(this, &SCC_StdCollection::OnParentNotification),
       mayRepeat(0),
       lookupHint(-1),
-      reloadCount(0) {
+      reloadCount(0),
+      settling(nullptr) {
   focusHandles.SetComparator(new SCC_Comparator<SCC_Handle>());
   handles.SetComparator(new SCC_Comparator<SCC_Handle>());
   SetParent(newParent);
@@ -259,15 +249,16 @@ SCC_StdCollection::SCC_StdCollection(SCC_StdCollection &other)
       parentHook(this, &SCC_StdCollection::OnParentNotification),
       mayRepeat(other.mayRepeat),
       lookupHint(other.lookupHint),
-      reloadCount(0) {
-  Steps::JoinBefore(*this, other);
+      reloadCount(0),
+      settling(nullptr) {
+  JoinBefore(&other);
   Steps::AdoptHooks(*this, other);
-  Steps::JoinBefore(parentHook, other.parentHook);
+  parentHook.JoinBefore(&other.parentHook);
 }
 
 SCC_StdCollection &SCC_StdCollection::operator=(SCC_StdCollection &other) {
   if (&other == this) return *this;
-  Steps::JoinBefore(*this, other);
+  JoinBefore(&other);
   focusHandles = other.focusHandles;
   eventHooks = other.eventHooks;
   Steps::AdoptHooks(*this, other);
@@ -283,7 +274,7 @@ SCC_StdCollection &SCC_StdCollection::operator=(SCC_StdCollection &other) {
   reloadAllowed = other.reloadAllowed;
   tempItemsSeen = other.tempItemsSeen;
   notificationSmart = other.notificationSmart;
-  Steps::JoinBefore(parentHook, other.parentHook);
+  parentHook.JoinBefore(&other.parentHook);
   mayRepeat = other.mayRepeat;
   lookupHint = other.lookupHint;
   return *this;

@@ -6,20 +6,6 @@ template class SCC_Comparator<SCC_SharedPointer<SCC_HandleWithEvent>>;
 template class SCC_Array<SCC_SharedPointer<SCC_HandleWithEvent>>;
 template class SCC_SortableArray<SCC_SharedPointer<SCC_HandleWithEvent>>;
 
-namespace {
-// Links node into place's ring just in front of place; a node in no ring
-// stays alone.
-void JoinInFront(SCC_EventNode<int> &node, SCC_EventNode<int> &place) {
-  node.Leave();
-  if (place.owner == nullptr) return;
-  node.owner = place.owner;
-  node.next = &place;
-  node.prev = place.prev;
-  node.prev->next = &node;
-  place.prev = &node;
-}
-}  // namespace
-
 // --- SCC_HandleWithEvent ---------------------------------------------------
 
 SCC_HandleWithEvent::SCC_HandleWithEvent(SCC_HandleWithEvent &other)
@@ -28,12 +14,12 @@ SCC_HandleWithEvent::SCC_HandleWithEvent(SCC_HandleWithEvent &other)
       type(other.type),
       handle(other.handle),
       container(other.container) {
-  JoinInFront(*this, other);
+  JoinBefore(&other);
 }
 
 SCC_HandleWithEvent &SCC_HandleWithEvent::operator=(SCC_HandleWithEvent &other) {
   if (&other == this) return *this;
-  JoinInFront(*this, other);
+  JoinBefore(&other);
   type = other.type;
   handle = other.handle;
   container = other.container;
