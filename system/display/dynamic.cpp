@@ -14,6 +14,21 @@ inline std::uint32_t CharWord(char c) {
   return static_cast<std::uint32_t>(static_cast<std::int32_t>(static_cast<signed char>(c)));
 }
 
+// One record: the code and a box.
+inline void RecordBox(CDWordArray &recording, CDynamic::Code code, SYS_Box const &box) {
+  std::uint32_t *const at = recording.AddSpace(5);
+  at[0] = code;
+  at[1] = Word(box.GetLeft());
+  at[2] = Word(box.GetLower());
+  at[3] = Word(box.GetRight());
+  at[4] = Word(box.GetUpper());
+}
+
+// n characters of text as words from at on.
+inline void PutText(std::uint32_t *at, char const *text, std::intptr_t n) {
+  for (std::intptr_t i = 0; i < n; ++i) at[i] = CharWord(text[i]);
+}
+
 // The smallest box of count points, count > 0.
 SYS_Box BoxOf(SYS_Point const *points, std::intptr_t count) {
   SYS_Box box(points[0], points[0]);
@@ -96,29 +111,6 @@ void CDynamic::StartScreenDraw() {
   if (drawArea != nullptr) drawArea->StartScreenDraw();
 }
 
-// --- Recording helpers ---------------------------------------------------
-
-void CDynamic::Extend(SYS_Box const &box) {
-  if (extent.GetLeft() == extent.GetRight() && extent.GetLower() == extent.GetUpper()) {
-    extent = box;
-  } else {
-    extent.Combine(box);
-  }
-}
-
-void CDynamic::RecordBox(Code code, SYS_Box const &box) {
-  std::uint32_t *const at = recording.AddSpace(5);
-  at[0] = code;
-  at[1] = Word(box.GetLeft());
-  at[2] = Word(box.GetLower());
-  at[3] = Word(box.GetRight());
-  at[4] = Word(box.GetUpper());
-}
-
-void CDynamic::PutText(std::uint32_t *at, char const *text, std::intptr_t n) {
-  for (std::intptr_t i = 0; i < n; ++i) at[i] = CharWord(text[i]);
-}
-
 // --- Recorded operations -------------------------------------------------
 
 void CDynamic::PenColor(int colour) {
@@ -140,19 +132,19 @@ void CDynamic::DrawXorBox(SYS_Box box) {
 
 void CDynamic::DrawXorBox(SYS_Point first, SYS_Point second) {
   SYS_Box const box(first, second);  // as given: the extent too is not normalised
-  RecordBox(kDrawXorBox, box);
+  RecordBox(recording, kDrawXorBox, box);
   Extend(box);
 }
 
 void CDynamic::DrawXorOval(SYS_Box box) {
   box = Normalized(box);
-  RecordBox(kDrawXorOval, box);
+  RecordBox(recording, kDrawXorOval, box);
   Extend(box);
 }
 
 void CDynamic::FillRect(SYS_Box box, int value) {
   box = Normalized(box);
-  RecordBox(kFillRect, box);
+  RecordBox(recording, kFillRect, box);
   recording.Add(Word(value));
   Extend(box);
 }
@@ -196,7 +188,7 @@ void CDynamic::DrawLine(SYS_Point const &from, SYS_Point const &to, std::int32_t
 void CDynamic::DrawArc(SYS_Box box, SYS_Point const &first, SYS_Point const &second,
                        std::int32_t size, int colour) {
   box = Normalized(box);
-  RecordBox(kDrawArc, box);
+  RecordBox(recording, kDrawArc, box);
   std::uint32_t *const at = recording.AddSpace(6);
   at[0] = Word(first.x);
   at[1] = Word(first.y);
@@ -258,7 +250,7 @@ void CDynamic::FastLineTo(SYS_Point const &point) {
 }
 
 void CDynamic::FastPaintOval(SYS_Box box) {
-  RecordBox(kFastPaintOval, box);
+  RecordBox(recording, kFastPaintOval, box);
   Extend(box);
 }
 
@@ -277,7 +269,7 @@ void CDynamic::FastPolyLine(int n, SYS_Point *points, std::int32_t a, int b) {
 }
 
 void CDynamic::FastFrameOval(SYS_Box const &box) {
-  RecordBox(kFastFrameOval, box);
+  RecordBox(recording, kFastFrameOval, box);
   Extend(box);
 }
 

@@ -138,12 +138,15 @@ class TOVIK_API CDynamic : public SCC_EventNode<UI_DrawArea::RedrawBlock>, publi
   void DrawIcon(HICON icon, SYS_Point where, int value) override;
 
  protected:
-  // Extends the extent by the box: replaces it while it is a single point.
-  void Extend(SYS_Box const &box);
-  // One record with a box and up to six more words.
-  void RecordBox(Code code, SYS_Box const &box);
-  // Writes n characters of text as words from at on.
-  static void PutText(std::uint32_t *at, char const *text, std::intptr_t n);
+  // Extends the extent by the box: replaces it while it is a single point,
+  // else combines the two (SYS_Box::Combine).
+  void Extend(SYS_Box const &box) {
+    if (extent.GetLeft() == extent.GetRight() && extent.GetLower() == extent.GetUpper()) {
+      extent = box;
+    } else {
+      extent.Combine(box);
+    }
+  }
 
   CDWordArray recording;
   UI_DrawArea *drawArea;  // not owned; may be null
