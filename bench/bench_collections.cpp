@@ -343,13 +343,13 @@ void SuspendedRun_Tovik(benchmark::State &state, int smart, bool moving) {
     run(batch.keys);
     // Every queued change told once, as a change in place or as a move.
     bool ok = s.heard.count[EvChanged] + s.heard.count[EvAdded] == kBatch &&
-              s.heard.count[EvDeleted] == s.heard.count[EvAdded];
+              s.heard.count[EvDeleted] == s.heard.count[EvAdded] && s.InOrder(n);
     if (!moving) {
-      ok = ok && s.InOrder(n) && s.heard.count[EvChanged] == kBatch;
+      ok = ok && s.heard.count[EvChanged] == kBatch;
       for (int k = 0; k < kBatch; ++k) ok = ok && s.IndexOf(*batch.which[k]) == k * n / kBatch;
     }
     run(batch.old);
-    ok = ok && s.collection.GetSize() == n && (moving || s.InOrder(n));
+    ok = ok && s.collection.GetSize() == n && s.InOrder(n);
     if (!ok) state.SkipWithError("wrong list after the batch");
   }
   for (auto _ : state) {
@@ -357,11 +357,6 @@ void SuspendedRun_Tovik(benchmark::State &state, int smart, bool moving) {
     run(batch.old);
   }
   state.SetItemsProcessed(state.iterations() * 2 * kBatch);
-  // Replayed one by one against a list in which the other queued objects
-  // still stand at their old places, moves may land out of order.
-  std::int64_t descents = 0;
-  for (std::int32_t i = 1; i < s.collection.GetSize(); ++i) descents += KeyLess(s.collection.GetAt(i), s.collection.GetAt(i - 1));
-  state.counters["descents"] = static_cast<double>(descents);
 }
 void Suspended_Tovik(benchmark::State &state) { SuspendedRun_Tovik(state, 0, false); }
 void SuspendedSmart_Tovik(benchmark::State &state) { SuspendedRun_Tovik(state, 1, false); }

@@ -3,6 +3,7 @@
 #include <type_traits>
 
 #include "sys_point.h"
+#include "sys_transform.h"
 
 static_assert(sizeof(SYS_Point) == 8 && std::is_trivially_copyable<SYS_Point>::value,
               "a point is two 32-bit coordinates, copied as bytes");
@@ -115,4 +116,25 @@ SYS_Location &SYS_Location::operator+=(SYS_Location const &other) {
 void SYS_Location::SwapBytes() {
   origin.SwapBytes();
   orientation = SwapBytes32(orientation);
+}
+
+void SYS_Point::Transform(SYS_Transform const &t) { t.Transform(this); }
+
+void SYS_DoublePoint::Transform(SYS_Transform const &t) { t.Transform(this); }
+
+void SYS_Location::Transform(SYS_Transform const &t) {
+  t.Transform(&origin);
+  std::int32_t angle = SYS_ReduceAngle(SYS_WrapAdd(SYS_ReduceAngle(orientation), t.GetOrientation()));
+  if (t.GetMirror()) {
+    angle = SYS_HALF_CIRCLE - angle;
+    if (angle < 0) angle += SYS_FULL_CIRCLE;
+  }
+  // Below minus a half turn the mirrored angle passes a full turn; it is
+  // stored reduced like every orientation.
+  orientation = SYS_ReduceAngle(angle);
+}
+
+void SYS_Position::Transform(SYS_Transform const &t) {
+  SYS_Location::Transform(t);
+  if (t.GetMirror()) mirror = !mirror;
 }

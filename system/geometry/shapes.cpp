@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "sys_shapes.h"
+#include "sys_transform.h"
 
 static_assert(sizeof(SYS_Segment) == 16 && std::is_trivially_copyable<SYS_Segment>::value,
               "a segment is two points, copied as bytes");
@@ -97,6 +98,15 @@ AxisSweep SweepAxis(std::int32_t thisLow, std::int32_t thisHigh, std::int32_t ot
 
 }  // namespace
 
+// --- Segment and circle ------------------------------------------------------
+
+void SYS_Segment::Transform(SYS_Transform const &t) {
+  t.Transform(&start);
+  t.Transform(&end);
+}
+
+void SYS_Circle::Transform(SYS_Transform const &t) { t.Transform(&center); }
+
 // --- SYS_Arc -----------------------------------------------------------------
 
 int SYS_Arc::IsValidArc() const {
@@ -155,6 +165,11 @@ SYS_Box SYS_Arc::GetBox() const {
     if (pass == 0) side = GetYNearestExtrem(extreme, &extreme);
   }
   return box;
+}
+
+void SYS_Arc::Transform(SYS_Transform const &t) {
+  SYS_Segment::Transform(t);
+  SYS_Circle::Transform(t);
 }
 
 // --- SYS_Box -----------------------------------------------------------------
@@ -236,4 +251,15 @@ int SYS_Box::Clip(SYS_Box const &other, SYS_Box *out) const {
     }
   }
   return count;
+}
+
+void SYS_Box::Transform(SYS_Transform const &t) {
+  SYS_Point const corners[4] = {lowerLeft, GetUpperLeft(), upperRight, GetLowerRight()};
+  lowerLeft.Set(SYS_MAX_COORD, SYS_MAX_COORD);
+  upperRight.Set(-SYS_MAX_COORD, -SYS_MAX_COORD);
+  for (SYS_Point const &corner : corners) {
+    SYS_Point const image = t.Transform(corner);
+    lowerLeft.Set(std::min(lowerLeft.x, image.x), std::min(lowerLeft.y, image.y));
+    upperRight.Set(std::max(upperRight.x, image.x), std::max(upperRight.y, image.y));
+  }
 }

@@ -177,6 +177,16 @@ class TOVIK_API _SCC_Array {
   // The shapes of change CreateBuffer knows.
   enum Operation { OpInsert = 1, OpDelete = 2, OpResize = 3, OpReserve = 4 };
 
+  // Items that a search is to pass over (FindItemPosition, FitsAt): they may
+  // stand out of order, and each counts as if it had the order of the nearest
+  // item before it that is not passed over (before everything if none is).
+  class TOVIK_API ItemSet {
+   public:
+    virtual ~ItemSet();
+    // Non-zero for an item to pass over.
+    virtual int Contains(void const *item) const = 0;
+  };
+
  protected:
   // Fresh arrays have no buffer and no notifier, so that a static array is
   // ready before any constructor of the library runs.
@@ -273,9 +283,10 @@ class TOVIK_API _SCC_Array {
   void SetComparator(SCC_ComparatorBase *newComparator);
 
   // Whether the item at index still stands in order with its neighbours:
-  // 1 without a comparator or with one item. An index outside the array
-  // fails a check and gives 0.
-  int ItemInValidPlace(std::int32_t index);
+  // 1 without a comparator or with one item. With passOver its neighbours are
+  // the nearest items that passOver does not contain. An index outside the
+  // array fails a check and gives 0.
+  int ItemInValidPlace(std::int32_t index, ItemSet const *passOver = nullptr);
 
  protected:
   void Init() { notifier = nullptr; }
@@ -289,9 +300,16 @@ class TOVIK_API _SCC_Array {
   // The run of items equal to item, by comparator (null: the array's own):
   // first is the first equal item and last one past the last; with none equal
   // both are where the item belongs. Without any comparator first is 0 and
-  // last is size - 1.
+  // last is size - 1. The search sees the array without the item at skip
+  // (-1: none), and counts indices without it; passOver (null: none) names
+  // items to pass over (see ItemSet).
   void FindItemPosition(void const *item, std::int32_t &first, std::int32_t &last,
-                        SCC_ComparatorBase *order);
+                        SCC_ComparatorBase *order, std::int32_t skip = -1,
+                        ItemSet const *passOver = nullptr);
+  // Whether item, put at index of the array seen as FindItemPosition sees it
+  // (without skip, passing over passOver), would stand in order with its
+  // neighbours there: 1 without a comparator.
+  int FitsAt(void const *item, std::int32_t index, std::int32_t skip, ItemSet const *passOver);
 
   // Typed layers' fast path: index is inside a private buffer.
   bool IsWritable(std::int32_t index) const {
@@ -319,6 +337,9 @@ class TOVIK_API _SCC_Array {
 
  private:
   class Sorter;  // the sort and search steps, over virtual or inline item steps
+  // FitsAt for the item at subject, or for item when subject is -1.
+  int Fits(std::int32_t subject, void const *item, std::int32_t index, std::int32_t skip,
+           ItemSet const *passOver);
   static void DestroyBuffer(_Buffer *buffer);
   // Grows the private buffer of plain items to capacity where it lies
   // (realloc), moving it only when it must.
@@ -502,10 +523,19 @@ class TOVIK_API SCC_SortableArray : public SCC_Array<T> {
     return last;
   }
   // The run of items equal to item: [first, last). With none equal, both are
-  // where the item belongs. order null means the array's own comparator.
+  // where the item belongs. order null means the array's own comparator. The
+  // search may leave out the item at skip (indices then count without it)
+  // and pass over the items of passOver, as _SCC_Array::FindItemPosition says.
   void FindItemPosition(T const &item, std::int32_t &first, std::int32_t &last,
-                        SCC_ComparatorBase *order = nullptr) {
-    _SCC_Array::FindItemPosition(&item, first, last, order);
+                        SCC_ComparatorBase *order = nullptr, std::int32_t skip = -1,
+                        _SCC_Array::ItemSet const *passOver = nullptr) {
+    _SCC_Array::FindItemPosition(&item, first, last, order, skip, passOver);
+  }
+  // Whether item would stand in order at index, seen as FindItemPosition
+  // with skip and passOver sees the array.
+  int FitsAt(T const &item, std::int32_t index, std::int32_t skip = -1,
+             _SCC_Array::ItemSet const *passOver = nullptr) {
+    return _SCC_Array::FitsAt(&item, index, skip, passOver);
   }
 };
 

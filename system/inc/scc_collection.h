@@ -31,7 +31,8 @@
 //
 // Reloading rebuilds the list from a walk over the source: see Reload. While
 // notifications are suspended (Suspend, or EvSuspend from the source) single
-// changes queue up and are settled, newest first, when the suspension ends.
+// changes queue up and are settled, newest first, when the suspension ends;
+// the list is in order after every settling.
 //
 // Handles are looked up as if by a scan of the list from its start (the first
 // equal handle wins); lookups are linear in the list's size at worst. One
@@ -247,6 +248,7 @@ class TOVIK_API SCC_StdCollection : public SCC_EventNode<int> {
  private:
   class Steps;  // the algorithms, in the collection*.cpp files
   friend class Steps;
+  class Settling;  // the handles that a settling queue still holds
 
   SCC_SortableArray<SCC_Handle> focusHandles;    // the focus, by handle value
   SCC_Map<SCC_Handle, EventHook> eventHooks;     // by the notifier's address
@@ -270,6 +272,9 @@ class TOVIK_API SCC_StdCollection : public SCC_EventNode<int> {
   std::int32_t lookupHint;
   // Counts reloads, so that a walk knows when a nested one rebuilt the list.
   std::uint32_t reloadCount;
+  // While a suspended batch is settled: the handles still waiting, whose
+  // places in the list may be out of order; null otherwise.
+  Settling *settling;
 };
 
 #endif  // TOVIK_SCC_COLLECTION_H

@@ -19,6 +19,7 @@
 #include "tovik_export.h"
 
 class SYS_DoublePoint;
+class SYS_Transform;
 
 class TOVIK_API SYS_Point {
  public:
@@ -105,6 +106,9 @@ class TOVIK_API SYS_Point {
   double ScalarProduct(SYS_Point const &other) const;
   // x1*y2 - y1*x2 in double: positive when other lies counter-clockwise of this.
   double VectorProduct(SYS_Point const &other) const;
+
+  // Becomes its image under the transform, each coordinate rounded.
+  void Transform(SYS_Transform const &t);
 };
 
 class TOVIK_API SYS_DoublePoint {
@@ -176,6 +180,9 @@ class TOVIK_API SYS_DoublePoint {
     x *= fx;
     y *= fy;
   }
+
+  // Becomes its image under the transform, not rounded.
+  void Transform(SYS_Transform const &t);
 };
 
 inline SYS_Point &SYS_Point::operator=(SYS_DoublePoint const &other) {
@@ -227,6 +234,11 @@ class TOVIK_API SYS_Location {
   // Reverses the byte order of x, y and the orientation.
   void SwapBytes();
 
+  // The origin becomes its image; the transform's orientation is added
+  // (then reduced), and under a mirror the orientation o becomes a half turn
+  // minus o, plus a full turn if that is negative, stored reduced.
+  void Transform(SYS_Transform const &t);
+
  protected:
   SYS_Point origin;
   std::int32_t orientation;
@@ -272,6 +284,9 @@ class TOVIK_API SYS_Position : public SYS_Location {
   SYS_Position operator+(SYS_Position const &other) const {
     return SYS_Position(SYS_Location::operator+(other), (mirror != 0) != (other.mirror != 0));
   }
+
+  // As a location's, and a mirroring transform inverts the flag.
+  void Transform(SYS_Transform const &t);
 
  protected:
   int mirror;

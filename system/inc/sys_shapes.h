@@ -29,6 +29,7 @@
 #include "tovik_export.h"
 
 class SYS_Box;
+class SYS_Transform;
 
 class TOVIK_API SYS_Segment {
  public:
@@ -81,6 +82,8 @@ class TOVIK_API SYS_Segment {
   double GetLength() const { return (end - start).GetPolarRadius(); }
   // The normalised box of the two points.
   inline SYS_Box GetBox() const;
+  // Both points become their images, rounded.
+  void Transform(SYS_Transform const &t);
 };
 
 class TOVIK_API SYS_Circle {
@@ -114,6 +117,9 @@ class TOVIK_API SYS_Circle {
   // (cx - r, cy - r, cx + r, cy + r) with the radius as stored: a negative
   // radius gives an inverted box.
   inline SYS_Box GetBox() const;
+  // The centre becomes its image; the radius stays as it is, also under a
+  // scale or a mirror.
+  void Transform(SYS_Transform const &t);
 };
 
 // An arc: the segment's start and end on the circle, in the order start, end,
@@ -164,6 +170,8 @@ class TOVIK_API SYS_Arc : public SYS_Segment, public SYS_Circle {
   // The box of the two ends and of every extreme the arc passes. Start equal
   // to end is the full circle here, though its sweep is 0.
   SYS_Box GetBox() const;
+  // The three points move; the radius, and with it the direction, stays.
+  void Transform(SYS_Transform const &t);
 };
 
 class TOVIK_API SYS_Box {
@@ -271,6 +279,10 @@ class TOVIK_API SYS_Box {
   // strip to the left, the piece below, the piece above and the full strip
   // to the right. Pieces share edges but no area. `out` must not be null.
   int Clip(SYS_Box const &other, SYS_Box *out) const;
+  // Becomes the normalised box of the images of its four corners (rounded),
+  // each side starting from the working area's limit: larger than before
+  // under a rotation that is not a multiple of 90 degrees.
+  void Transform(SYS_Transform const &t);
 };
 
 inline SYS_Box SYS_Segment::GetBox() const {

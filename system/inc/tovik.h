@@ -54,6 +54,9 @@
 #include "sys_geometry_units.h"
 #include "sys_point.h"
 #include "sys_shapes.h"
+#include "sys_transform.h"
+#include "sys_geom_node.h"
+#include "sys_text_records.h"
 
 // Display
 #include "ui_draw_area.h"

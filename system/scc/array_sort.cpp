@@ -8,6 +8,7 @@
 // item type (GetInlineSteps): it answers every comparison exactly as
 // SCC_Comparator<K> would, so the steps, and so the results, are the same.
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 
 #include "scc_array.h"
@@ -52,6 +53,7 @@ class _SCC_Array::Sorter {
     }
     int Compare(std::int32_t a, std::int32_t b) const { return order.Compare(At(a), At(b)); }
     int CompareWith(std::int32_t a, void const *item) const { return order.Compare(At(a), item); }
+    int CompareItem(void const *item, std::int32_t a) const { return order.Compare(item, At(a)); }
     void Swap(std::int32_t a, std::int32_t b) const { array.Swap(a, b); }
     void ShortSort(std::int32_t lo, std::int32_t hi) const { array.ShortSort(lo, hi); }
   };
@@ -62,6 +64,7 @@ class _SCC_Array::Sorter {
     K *items;
     bool reversed;
 
+    void const *At(std::int32_t index) const { return items + index; }
     int Compare(std::int32_t a, std::int32_t b) const {
       return Directed(SCC_Compare(items[a], items[b]));
     }
@@ -194,6 +197,48 @@ class _SCC_Array::Sorter {
     }
   }
 
+  // The array as a search sees it: without the item at skip (indices count
+  // without it), and with each item of passOver ordered as the nearest item
+  // before it that is not passed over, or before everything. Items not passed
+  // over are taken to be in order, so the view is in order too.
+  template <class Access>
+  struct View {
+    Access const &access;
+    std::int32_t skip;  // -1: none
+    ItemSet const *passOver;
+
+    std::int32_t Real(std::int32_t k) const { return skip >= 0 && k >= skip ? k + 1 : k; }
+    bool Passed(std::int32_t k) const {
+      return passOver != nullptr && passOver->Contains(access.At(Real(k))) != 0;
+    }
+    // The nearest index from k on, stepping by step, that is not passed over;
+    // it may leave [0, size).
+    std::int32_t Nearest(std::int32_t k, std::int32_t step, std::int32_t size) const {
+      while (k >= 0 && k < size && Passed(k)) k += step;
+      return k;
+    }
+    int CompareWith(std::int32_t k, void const *item) const {
+      k = Nearest(k, -1, k + 1);
+      return k >= 0 ? access.CompareWith(Real(k), item) : -1;
+    }
+  };
+
+  // Whether an item (the array's item at subject, or else item) stands in
+  // order between the items of the view around index.
+  template <class Access>
+  static int Fits(View<Access> const &view, std::int32_t subject, void const *item,
+                  std::int32_t index, std::int32_t size) {
+    auto const compare = [&](std::int32_t k) {
+      void const *const own = subject >= 0 ? view.access.At(subject) : item;
+      return view.access.CompareItem(own, view.Real(k));
+    };
+    std::int32_t const before = view.Nearest(index - 1, -1, size);
+    if (before >= 0 && compare(before) < 0) return 0;
+    std::int32_t const after = view.Nearest(index, 1, size);
+    if (after < size && compare(after) > 0) return 0;
+    return 1;
+  }
+
   // The bisection of FindItemPosition, after its quick answers.
   template <class Access>
   static void Find(Access const &access, void const *item, std::int32_t size, std::int32_t &first,
@@ -237,6 +282,8 @@ class _SCC_Array::Sorter {
   }
 };
 
+_SCC_Array::ItemSet::~ItemSet() = default;
+
 void _SCC_Array::Sort(int order) { Sort(0, GetSize(), order); }
 
 void _SCC_Array::Sort(std::int32_t first, std::int32_t count, int order) {
@@ -269,9 +316,11 @@ void _SCC_Array::ShortSort(std::int32_t lo, std::int32_t hi) {
 }
 
 void _SCC_Array::FindItemPosition(void const *item, std::int32_t &first, std::int32_t &last,
-                                  SCC_ComparatorBase *order) {
-  std::int32_t const size = GetSize();
-  if (size == 0) {
+                                  SCC_ComparatorBase *order, std::int32_t skip,
+                                  ItemSet const *passOver) {
+  if (InBounds(skip) == 0) skip = -1;
+  std::int32_t const size = GetSize() - (skip >= 0 ? 1 : 0);
+  if (size <= 0) {
     first = last = 0;
     return;
   }
@@ -284,21 +333,37 @@ void _SCC_Array::FindItemPosition(void const *item, std::int32_t &first, std::in
   SCC_ComparatorBase *const compare = own ? static_cast<SCC_ComparatorBase *>(held) : order;
   if (compare == nullptr || GetElementSize() <= 0) return;
   int const key = own ? GetInlineSteps() & kInlineKeyMask : 0;
-  Sorter::WithAccess(*this, *compare, key,
-                     [&](auto const &access) { Sorter::Find(access, item, size, first, last); });
+  Sorter::WithAccess(*this, *compare, key, [&](auto const &access) {
+    if (skip < 0 && passOver == nullptr) {
+      Sorter::Find(access, item, size, first, last);
+    } else {
+      using Access = std::decay_t<decltype(access)>;
+      Sorter::Find(Sorter::View<Access>{access, skip, passOver}, item, size, first, last);
+    }
+  });
 }
 
-int _SCC_Array::ItemInValidPlace(std::int32_t index) {
-  if (!comparator) return 1;
-  std::int32_t const size = GetSize();
-  bool const inside = index >= 0 && index < size;
-  SSM_CHECK(inside, "Tovik: array index out of range");
-  if (!inside) return 0;
+int _SCC_Array::FitsAt(void const *item, std::int32_t index, std::int32_t skip,
+                       ItemSet const *passOver) {
+  return Fits(-1, item, index, skip, passOver);
+}
+
+int _SCC_Array::Fits(std::int32_t subject, void const *item, std::int32_t index,
+                     std::int32_t skip, ItemSet const *passOver) {
   std::int32_t const elementSize = GetElementSize();
-  if (size == 1 || elementSize <= 0) return 1;
+  if (!comparator || elementSize <= 0) return 1;
+  if (InBounds(skip) == 0) skip = -1;
   SCC_SharedPointer<SCC_ComparatorBase> const held(comparator);
   Sorter::VirtualAccess const access{*this, *held, static_cast<std::size_t>(elementSize)};
-  if (index > 0 && access.Compare(index, index - 1) < 0) return 0;
-  if (index < size - 1 && access.Compare(index, index + 1) > 0) return 0;
-  return 1;
+  Sorter::View<Sorter::VirtualAccess> const view{access, skip, passOver};
+  return Sorter::Fits(view, subject, item, index, GetSize() - (skip >= 0 ? 1 : 0));
+}
+
+int _SCC_Array::ItemInValidPlace(std::int32_t index, ItemSet const *passOver) {
+  if (!comparator) return 1;
+  bool const inside = InBounds(index) != 0;
+  SSM_CHECK(inside, "Tovik: array index out of range");
+  if (!inside) return 0;
+  // The item's own place, in the array without it, is its index.
+  return Fits(index, nullptr, index, index, passOver);
 }

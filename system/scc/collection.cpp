@@ -223,7 +223,8 @@ SCC_StdCollection::SCC_StdCollection(SCC_StdCollection *newParent)
       parentHook(this, &SCC_StdCollection::OnParentNotification),
       mayRepeat(0),
       lookupHint(-1),
-      reloadCount(0) {
+      reloadCount(0),
+      settling(nullptr) {
   focusHandles.SetComparator(new SCC_Comparator<SCC_Handle>());
   handles.SetComparator(new SCC_Comparator<SCC_Handle>());
   SetParent(newParent);
@@ -248,7 +249,8 @@ SCC_StdCollection::SCC_StdCollection(SCC_StdCollection &other)
       parentHook(this, &SCC_StdCollection::OnParentNotification),
       mayRepeat(other.mayRepeat),
       lookupHint(other.lookupHint),
-      reloadCount(0) {
+      reloadCount(0),
+      settling(nullptr) {
   JoinBefore(&other);
   Steps::AdoptHooks(*this, other);
   parentHook.JoinBefore(&other.parentHook);

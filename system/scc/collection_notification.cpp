@@ -34,7 +34,7 @@ int *AsData(SCC_Handle handle) { return static_cast<int *>(SCC_HandleToData(hand
 // The handle joins the list behind its equals, position and slider on it.
 void SCC_StdCollection::Steps::InsertObject(SCC_StdCollection &c, SCC_Handle handle,
                                            bool repeated) {
-  std::int32_t const at = c.handles.Add(handle);
+  std::int32_t const at = AddToList(c, handle);
   if (repeated) c.mayRepeat = 1;
   c.position.Restart(c.handles, at);
   c.lookupHint = at;
@@ -76,7 +76,7 @@ void SCC_StdCollection::Steps::ChangeObject(SCC_StdCollection &c, int code, SCC_
   c.position = cursor;
   c._SetSlider(handle);
   std::int32_t const index = c.position.GetFocus();
-  if (passes != 0 && c.handles.InBounds(index) != 0 && c.handles.ItemInValidPlace(index) != 0) {
+  if (passes != 0 && InPlace(c, index)) {
     c.changeEvent.Notify(code, AsData(handle));
     return;
   }
@@ -101,7 +101,7 @@ void SCC_StdCollection::Steps::ChangeObject(SCC_StdCollection &c, int code, SCC_
     if (at >= 0) c.handles.Delete(at, 1);
     return;  // its handle data stays
   }
-  std::int32_t const moved = at >= 0 ? MoveInList(c, at, handle) : c.handles.Add(handle);
+  std::int32_t const moved = at >= 0 ? MoveInList(c, at, handle) : AddToList(c, handle);
   c.position.Restart(c.handles, moved);
   c.lookupHint = moved;
   c.ConnectEvent(1, nullptr, nullptr);
@@ -111,57 +111,33 @@ void SCC_StdCollection::Steps::ChangeObject(SCC_StdCollection &c, int code, SCC_
   c.changeEvent.Notify(EvAdded, AsData(handle));
 }
 
-// The list without the item at gap, searched as _SCC_Array::FindItemPosition
-// searches: the run of items equal to handle, [first, last), or both where it
-// belongs.
-void SCC_StdCollection::Steps::FindPlaceWithout(SCC_StdCollection &c, std::int32_t gap,
-                                               SCC_Handle handle, std::int32_t &first,
-                                               std::int32_t &last) {
-  std::int32_t const size = c.handles.GetSize() - 1;
-  SCC_SharedPointer<SCC_ComparatorBase> const order = c.handles.GetComparator();
-  if (size <= 0) {
-    first = last = 0;
-    return;
+// While a batch is settled, objects still waiting in the queue may stand
+// where their old keys put them. An object is in place only if it is in order
+// with its neighbours and with the nearest settled objects; the bisection's
+// place is taken if it lies in order with the nearest settled objects, and
+// otherwise the bisection runs again passing over the waiting ones. The
+// settled objects thus stay in order, and when the queue is done, all are.
+bool SCC_StdCollection::Steps::InPlace(SCC_StdCollection &c, std::int32_t index) {
+  if (c.handles.InBounds(index) == 0 || c.handles.ItemInValidPlace(index) == 0) return false;
+  return c.settling == nullptr || c.handles.ItemInValidPlace(index, c.settling) != 0;
+}
+
+std::int32_t SCC_StdCollection::Steps::PlaceOf(SCC_StdCollection &c, SCC_Handle handle,
+                                              std::int32_t skip) {
+  if (!c.handles.GetComparator()) return c.handles.GetSize() - (skip >= 0 ? 1 : 0);
+  std::int32_t first = 0;
+  std::int32_t last = 0;
+  c.handles.FindItemPosition(handle, first, last, nullptr, skip);
+  if (c.settling != nullptr && c.handles.FitsAt(handle, last, skip, c.settling) == 0) {
+    c.handles.FindItemPosition(handle, first, last, nullptr, skip, c.settling);
   }
-  first = 0;
-  last = size;
-  if (!order) return;  // without an order an item goes to the end
-  auto const compare = [&](std::int32_t k) {
-    SCC_Handle const item = c.handles.GetData()[k < gap ? k : k + 1];
-    int const r = order->Compare(&item, &handle);
-    return (r > 0) - (r < 0);
-  };
-  last = size - 1;
-  int c1 = compare(first);
-  int c2 = compare(last);
-  if (c1 > 0) {
-    last = first;
-    return;
-  }
-  if (c1 == 0 && c2 == 0) {
-    ++last;
-    return;
-  }
-  if (c2 < 0) {
-    first = ++last;
-    return;
-  }
-  while (!(c1 == 0 && c2 == 0) && last - first > 0) {
-    std::int32_t mid = first + (last - first) / 2;
-    int const r = compare(mid);
-    if (r * c1 <= 0) {
-      c2 = r;
-      if (last == mid && r != 0) --mid;
-      last = mid;
-    }
-    if (r * c2 <= 0) {
-      c1 = r;
-      if (first == mid && r != 0) ++mid;
-      first = mid;
-    }
-  }
-  while (first > 0 && compare(first - 1) == 0) --first;
-  while (last < size && compare(last) == 0) ++last;
+  return last;
+}
+
+std::int32_t SCC_StdCollection::Steps::AddToList(SCC_StdCollection &c, SCC_Handle handle) {
+  std::int32_t const at = PlaceOf(c, handle, -1);
+  c.handles.InsertAt(at, handle);
+  return at;
 }
 
 // Delete(from, 1) followed by Add(handle), done as one move of the items
@@ -179,11 +155,9 @@ std::int32_t SCC_StdCollection::Steps::MoveInList(SCC_StdCollection &c, std::int
     // two steps are taken for real.
     std::int32_t const at = LookUp(c, handle, false);
     if (at >= 0) c.handles.Delete(at, 1);
-    return c.handles.Add(handle);
+    return AddToList(c, handle);
   }
-  std::int32_t first = 0;
-  std::int32_t to = 0;
-  FindPlaceWithout(c, from, handle, first, to);
+  std::int32_t const to = PlaceOf(c, handle, from);
   SCC_Handle *const items = &c.handles[0];
   if (to <= from) {
     std::memmove(items + to + 1, items + to, static_cast<std::size_t>(from - to) * sizeof(SCC_Handle));
@@ -244,9 +218,14 @@ int SCC_StdCollection::OnNotification(int code, int *data) {
   std::int32_t index = -1;
   if (handle != 0) {
     passes = Filter(handle);
-    // Codes 1 to 4 name an object of the source, which the comparator can read.
-    index = Steps::LookUp(*this, handle, code >= EvAdded && code <= EvFocused);
-    if (passes == 0 && index < 0) return 0;
+    // An event that passes and is queued needs no place in the list yet.
+    bool const queues =
+        suspended != 0 && code != EvDeleted && code != EvReload && code != EvCleared;
+    if (passes == 0 || !queues) {
+      // Codes 1 to 4 name an object of the source, which the comparator can read.
+      index = Steps::LookUp(*this, handle, code >= EvAdded && code <= EvFocused);
+      if (passes == 0 && index < 0) return 0;
+    }
   }
   bool const present = index >= 0;
 
@@ -335,15 +314,16 @@ void SCC_StdCollection::Suspend(int on) {
   SCC_Array<SuspendedEvent> const queue(suspendedEvents);
   suspendedEvents.Clear();
 
-  // Newest first, one event per handle.
+  // Newest first, one event per handle; seen gives each handle's place in kept.
   std::int32_t const queued = queue.GetSize();
   SCC_Map<SCC_Handle, int> seen(std::max<std::int32_t>(queued, 1));
   SCC_Array<SuspendedEvent> kept;
   std::int32_t additions = 0;
   for (std::int32_t k = queued - 1; k >= 0; --k) {
     SuspendedEvent const entry = queue.GetAt(k);
-    if (seen.Insert(entry.handle) == nullptr) continue;
-    kept.Append(entry);
+    int *const place = seen.Insert(entry.handle);
+    if (place == nullptr) continue;
+    *place = kept.Append(entry);
     if (entry.code == EvAdded || entry.code == EvChanged) ++additions;
   }
 
@@ -351,10 +331,26 @@ void SCC_StdCollection::Suspend(int on) {
     Reload(1);
     return;
   }
+  Settling waiting(*this, seen);
   for (std::int32_t k = 0; k < kept.GetSize(); ++k) {
+    waiting.next = k;
     SuspendedEvent const entry = kept.GetAt(k);
     OnNotification(entry.code, AsData(entry.handle));
   }
+}
+
+SCC_StdCollection::Settling::Settling(SCC_StdCollection &c,
+                                      SCC_Map<SCC_Handle, int> const &queued)
+    : next(0), collection(c), keptAt(queued), outer(c.settling) {
+  c.settling = this;
+}
+
+SCC_StdCollection::Settling::~Settling() { collection.settling = outer; }
+
+int SCC_StdCollection::Settling::Contains(void const *item) const {
+  int const *const place = keptAt.Find(*static_cast<SCC_Handle const *>(item));
+  if (place != nullptr && *place >= next) return 1;
+  return outer != nullptr ? outer->Contains(item) : 0;
 }
 
 // ---------------------------------------------------------------------------

@@ -70,10 +70,38 @@ class SCC_StdCollection::Steps {
   static void Remap(SCC_StdCollection &c, int *data);
   // Where the handle stands after listeners ran, index being where it stood.
   static std::int32_t StillAt(SCC_StdCollection &c, std::int32_t index, SCC_Handle handle);
+  // Whether the listed handle at index stands in order.
+  static bool InPlace(SCC_StdCollection &c, std::int32_t index);
+  // Where the handle goes: behind its equals in the list without the item at
+  // skip (-1: none), counted without it.
+  static std::int32_t PlaceOf(SCC_StdCollection &c, SCC_Handle handle, std::int32_t skip);
+  // Inserts the handle at its place; its index.
+  static std::int32_t AddToList(SCC_StdCollection &c, SCC_Handle handle);
   // Moves the handle at from to its sorted place; the new index.
   static std::int32_t MoveInList(SCC_StdCollection &c, std::int32_t from, SCC_Handle handle);
-  static void FindPlaceWithout(SCC_StdCollection &c, std::int32_t gap, SCC_Handle handle,
-                               std::int32_t &first, std::int32_t &last);
+};
+
+// The handles that a settling queue has not replayed yet (the one being
+// replayed included), and those of any settling that this one runs inside.
+// They may stand where their old keys put them, so the order of the list is
+// judged without them. Made on the stack by Suspend(0), which it tells the
+// collection of for its lifetime.
+class SCC_StdCollection::Settling : public _SCC_Array::ItemSet {
+ public:
+  // queued maps each queued handle to its place in the replay order.
+  Settling(SCC_StdCollection &c, SCC_Map<SCC_Handle, int> const &queued);
+  ~Settling() override;
+  Settling(Settling const &) = delete;
+  Settling &operator=(Settling const &) = delete;
+
+  int Contains(void const *item) const override;
+
+  std::int32_t next;  // the place in the replay order being replayed
+
+ private:
+  SCC_StdCollection &collection;
+  SCC_Map<SCC_Handle, int> const &keptAt;
+  Settling *const outer;
 };
 
 #endif  // TOVIK_SCC_COLLECTION_STEPS_H

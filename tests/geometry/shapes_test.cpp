@@ -45,7 +45,8 @@ TEST(Arc, BoxAndSweepMatchASampledArc) {
         if (turn == 0.0) turn = 2 * kPi;  // the box of a closed arc is the circle's
         double low[2] = {1e9, 1e9}, high[2] = {-1e9, -1e9};  // x, y
         for (int i = 0; i <= 20000; ++i) {
-          double const a = from + turn * i / 20000, at[2] = {center.x + 5000 * std::cos(a), center.y + 5000 * std::sin(a)};
+          double const a = from + turn * i / 20000;
+          double const at[2] = {center.x + 5000 * std::cos(a), center.y + 5000 * std::sin(a)};
           for (int k : {0, 1}) low[k] = std::fmin(low[k], at[k]), high[k] = std::fmax(high[k], at[k]);
         }
         SYS_Box const box = arc.GetBox();
@@ -121,7 +122,9 @@ std::set<std::pair<int, int>> Cells(SYS_Box box) {
 TEST(Box, ClipCoversTheOtherBoxOutsideThisOne) {
   std::mt19937 random(7);
   std::uniform_int_distribution<int> coordinate(-3, 6);
-  auto const box = [&] { return SYS_Box(coordinate(random), coordinate(random), coordinate(random), coordinate(random)); };
+  auto const box = [&] {
+    return SYS_Box(coordinate(random), coordinate(random), coordinate(random), coordinate(random));
+  };
   for (int round = 0; round < 4000; ++round) {
     SYS_Box const cut = box(), other = box();
     SCOPED_TRACE("clip " + testing::PrintToString(cut) + " from " + testing::PrintToString(other));

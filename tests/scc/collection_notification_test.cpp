@@ -1,5 +1,9 @@
 // SCC_StdCollection: what single changes do to the list, the focus, the
 // position and the slider, and what listeners hear, in which order.
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+
 #include "collection_support.h"
 
 namespace tovik_test {
@@ -350,6 +354,94 @@ TEST_F(Notification, EveryCodeInEveryState) {
     view.EnableEvent(1);
     EXPECT_EQ(view.recorder.heard, c.afterwards);
     EXPECT_EQ(view.GetSize(), 10);
+  }
+}
+
+// Replayed changes are placed while other queued objects still stand where
+// their old keys put them; the list must still end in order.
+TEST(SettledBatches, AreSortedWhateverTheirMoves) {
+  ObjectStore local;
+  for (int id = 1; id <= 7; ++id) local.Add(id, 10 * id);
+  Sorted view(local);
+  view.Suspend(1);
+  local.SetKey(*local.Find(5), 100);
+  local.SetKey(*local.Find(1), 65);  // replayed first, while 5 still stands at 50
+  view.Suspend(0);
+  EXPECT_EQ(view.Ids(), (Ids{2, 3, 4, 6, 1, 7, 5}));
+  EXPECT_EQ(view.recorder.heard,
+            (CodeIds{{EvDeleted, 1}, {EvAdded, 1}, {EvDeleted, 5}, {EvAdded, 5}}));
+}
+
+bool InKeyOrder(StoreCollection &view) {
+  for (std::int32_t i = 1; i < view.GetSize(); ++i) {
+    if (ObjectStore::CompareKey(view.GetAt(i - 1), view.GetAt(i)) > 0) return false;
+  }
+  return true;
+}
+
+// Random batches of moves, ties, additions and deletions.
+TEST(SettledBatches, LeaveTheListSorted) {
+  for (int n : {1000, 10000}) {
+    SCOPED_TRACE(n);
+    std::mt19937 random(static_cast<unsigned>(n));
+    ObjectStore local;
+    for (int id = 1; id <= n; ++id) local.Add(id, static_cast<int>(random() % 5000));
+    Sorted view(local);
+    view.recorder.collection = nullptr;
+    int nextId = n + 1;
+    for (int batch = 0; batch < 20; ++batch) {
+      view.Suspend(1);
+      int const changes = 1 + static_cast<int>(random() % 200);
+      for (int k = 0; k < changes; ++k) {
+        StoreObject &object = *local.order[random() % local.order.size()];
+        switch (random() % 8) {
+          case 0: local.Insert(nextId++, static_cast<int>(random() % 5000)); break;
+          case 1: local.Remove(object); break;
+          default: local.SetKey(object, static_cast<int>(random() % 5000)); break;
+        }
+      }
+      view.Suspend(0);
+      ASSERT_TRUE(InKeyOrder(view)) << "batch " << batch;
+      ASSERT_EQ(view.GetSize(), static_cast<std::int32_t>(local.order.size()));
+    }
+  }
+}
+
+// With one object moving and the others changed in place away from it,
+// listeners hear, newest first, a change for each and a deletion and an
+// addition for the one that moves.
+TEST(SettledBatches, OneMoveAmongChangesInPlaceIsToldAsSuch) {
+  for (int n : {1000, 10000}) {
+    SCOPED_TRACE(n);
+    std::mt19937 random(static_cast<unsigned>(n) + 1);
+    for (int batch = 0; batch < 10; ++batch) {
+      ObjectStore local;
+      for (int id = 1; id <= n; ++id) local.Add(id, 10 * id);  // at index id - 1
+      Sorted view(local);
+      view.recorder.collection = nullptr;
+      int const mover = 1 + static_cast<int>(random() % n);
+      std::vector<int> changed;
+      while (changed.size() < 50) {
+        int const id = 1 + static_cast<int>(random() % n);
+        if (std::abs(id - mover) < 2 || std::count(changed.begin(), changed.end(), id) != 0) continue;
+        changed.push_back(id);
+      }
+      changed.insert(changed.begin() + static_cast<std::ptrdiff_t>(random() % 50), mover);
+      view.Suspend(1);
+      CodeIds expected;
+      for (int id : changed) {
+        // + 1 stays between the neighbours; a key ending in 5 moves unless it
+        // falls next to the old one.
+        int const key = id == mover ? 10 * static_cast<int>(random() % n) + 5 : 10 * id + 1;
+        local.SetKey(*local.Find(id), key);
+        bool const moves = id == mover && std::abs(key - 10 * id) > 10;
+        CodeIds const told = moves ? CodeIds{{EvDeleted, id}, {EvAdded, id}} : CodeIds{{EvChanged, id}};
+        expected.insert(expected.begin(), told.begin(), told.end());
+      }
+      view.Suspend(0);
+      ASSERT_EQ(view.recorder.heard, expected) << "batch " << batch;
+      ASSERT_TRUE(InKeyOrder(view));
+    }
   }
 }
 
