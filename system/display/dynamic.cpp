@@ -24,6 +24,16 @@ inline void RecordBox(CDWordArray &recording, CDynamic::Code code, SYS_Box const
   at[4] = Word(box.GetUpper());
 }
 
+// Two points, a pen size and a colour: the tail of the line and the arc.
+inline void PutLine(std::uint32_t *at, SYS_Point const &a, SYS_Point const &b, std::int32_t size, int colour) {
+  at[0] = Word(a.x);
+  at[1] = Word(a.y);
+  at[2] = Word(b.x);
+  at[3] = Word(b.y);
+  at[4] = Word(size);
+  at[5] = Word(colour);
+}
+
 // n characters of text as words from at on.
 inline void PutText(std::uint32_t *at, char const *text, std::intptr_t n) {
   for (std::intptr_t i = 0; i < n; ++i) at[i] = CharWord(text[i]);
@@ -176,12 +186,7 @@ SYS_Box CDynamic::DrawXorText(char const *text, int a, int b, SYS_Point where, i
 void CDynamic::DrawLine(SYS_Point const &from, SYS_Point const &to, std::int32_t size, int colour) {
   std::uint32_t *const at = recording.AddSpace(7);
   at[0] = kDrawLine;
-  at[1] = Word(from.x);
-  at[2] = Word(from.y);
-  at[3] = Word(to.x);
-  at[4] = Word(to.y);
-  at[5] = Word(size);
-  at[6] = Word(colour);
+  PutLine(at + 1, from, to, size, colour);
   Extend(Normalized(SYS_Box(from, to)));
 }
 
@@ -189,13 +194,7 @@ void CDynamic::DrawArc(SYS_Box box, SYS_Point const &first, SYS_Point const &sec
                        std::int32_t size, int colour) {
   box = Normalized(box);
   RecordBox(recording, kDrawArc, box);
-  std::uint32_t *const at = recording.AddSpace(6);
-  at[0] = Word(first.x);
-  at[1] = Word(first.y);
-  at[2] = Word(second.x);
-  at[3] = Word(second.y);
-  at[4] = Word(size);
-  at[5] = Word(colour);
+  PutLine(recording.AddSpace(6), first, second, size, colour);
   Extend(box);
 }
 
