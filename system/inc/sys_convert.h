@@ -16,10 +16,9 @@
 // Number text ignores the process locale: the period is the only decimal
 // separator.
 //
-// Formatting: the SYS_String forms never hold more than the number; the forms
-// that write to a caller's buffer need room for the text, at most
-// SYS_Convert::kMaxNumberText bytes for a number and twice that plus 3 for a
-// point. Decimals are used between 0 and SYS_Convert::kMaxDecimals.
+// Formatting uses the decimals set, held to 0 to SYS_Convert::kMaxDecimals;
+// the forms that write to a caller's buffer need room for the text, at most
+// SYS_Convert::kMaxNumberText bytes.
 #ifndef TOVIK_SYS_CONVERT_H
 #define TOVIK_SYS_CONVERT_H
 
@@ -42,7 +41,7 @@ class TOVIK_API SYS_Convert {
   // The value of User2Base for a number whose world value does not fit in 32
   // bits: outside the working area, and the same for both signs.
   static constexpr std::int32_t kOverflow = INT32_MIN;
-  // Formatting uses the decimals set, held to 0 to this count.
+  // The most decimals that formatting shows.
   static constexpr int kMaxDecimals = 30;
   // Room for any number text: sign, 309 digits, point, decimals and NUL.
   static constexpr int kMaxNumberText = 1 + 309 + 1 + kMaxDecimals + 1;

@@ -55,11 +55,14 @@
 #include "sys_point.h"
 #include "sys_shapes.h"
 #include "sys_transform.h"
+#include "sys_geom_node.h"
+#include "sys_text_records.h"
 
 // Display
 #include "ui_draw_area.h"
 #include "cdynamic.h"
 #include "ui_palette_convertor.h"
+#include "ui_svg_draw_area.h"
 
 // Units
 #include "sys_convert.h"

@@ -1,5 +1,6 @@
 #include "scc_convertor.h"
 
+#include "chain.h"
 #include "ssm.h"
 
 SCC_Convertor::~SCC_Convertor() = default;
@@ -28,15 +29,9 @@ SCC_IndConvertor &SCC_IndConvertor::operator=(SCC_IndConvertor &other) {
   return *this;
 }
 
-// Chains are acyclic, because no operation of the library lets one close, so
-// the walk ends.
 bool SCC_IndConvertor::Reaches(SCC_Convertor *start, SCC_Convertor const *self) {
-  for (SCC_Convertor *at = start; at != nullptr;) {
-    if (at == self) return true;
-    auto *const indirection = dynamic_cast<SCC_IndConvertor *>(at);
-    at = indirection != nullptr ? static_cast<SCC_Convertor *>(indirection->target) : nullptr;
-  }
-  return false;
+  return tovik::values::ChainReaches<SCC_IndConvertor>(
+      start, self, [](SCC_IndConvertor &at) -> SCC_Convertor * { return at.target; });
 }
 
 SCC_IndConvertor::~SCC_IndConvertor() {

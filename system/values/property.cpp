@@ -1,5 +1,6 @@
 #include "scc_property.h"
 
+#include "chain.h"
 #include "scc_collection.h"
 #include "ssm.h"
 
@@ -102,15 +103,9 @@ SCC_IndProperty &SCC_IndProperty::operator=(SCC_IndProperty &other) {
   return *this;
 }
 
-// Chains are acyclic, because no operation of the library lets one close, so
-// the walk ends.
 bool SCC_IndProperty::Reaches(SCC_StdProperty *start, SCC_StdProperty const *self) {
-  for (SCC_StdProperty *at = start; at != nullptr;) {
-    if (at == self) return true;
-    auto *const indirection = dynamic_cast<SCC_IndProperty *>(at);
-    at = indirection != nullptr ? static_cast<SCC_StdProperty *>(indirection->dataSource) : nullptr;
-  }
-  return false;
+  return tovik::values::ChainReaches<SCC_IndProperty>(
+      start, self, [](SCC_IndProperty &at) -> SCC_StdProperty * { return at.dataSource; });
 }
 
 SCC_IndProperty::~SCC_IndProperty() { dataSource = nullptr; }
