@@ -62,6 +62,7 @@
 #include "ui_draw_area.h"
 #include "cdynamic.h"
 #include "ui_palette_convertor.h"
+#include "ui_svg_draw_area.h"
 
 // Units
 #include "sys_convert.h"
