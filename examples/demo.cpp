@@ -3,6 +3,7 @@
 // leave in the middle of a notification, containers, a filtered, sorted
 // view of a board's components (board.h) that follows the board, and
 // coordinates typed in each user unit with a property panel's common value.
+#include <stdlib.h>
 #include <tovik.h>
 
 #include <cstdio>
@@ -387,6 +388,55 @@ void ShowUnitsAndProperties() {
   showPanel("R1", "R3");
 }
 
+// --- Files and the message database ----------------------------------------
+
+// The application's answer to file events: failures go to its log, and a
+// copy may replace a file it finds in its way.
+class FileLog : public SCC_EventNode<SFM_EventData> {
+ public:
+  FileLog() { JoinAtEnd(&SFM::GetManager()->GetEvent()); }
+  int OnNotification(int code, SFM_EventData *data) override {
+    if (code == SFM::EvOverwrite) data->SetResult(SFM::EvYes);
+    if (code >= SFM::EvOverwrite) {
+      std::printf("  file event %d: %s\n", code, static_cast<char const *>(data->GetText()));
+    }
+    return 0;
+  }
+};
+
+void ShowFiles() {
+  Section("Files and the message database");
+  FileLog log;
+  char folder[] = "/tmp/tovik-demo-XXXXXX";
+  if (::mkdtemp(folder) == nullptr) return;
+  SFM_Directory dir(folder);
+  SYS_String const texts = dir + "router.txt";
+  {
+    SFM_File out(texts, "w");
+    for (char const *line : {"; texts of the router", "1:Ready", "[errors]", "1:Cannot open %s",
+                             "5:Disk full: $", " 6:a line with a leading blank"}) {
+      out.WriteLine(line);
+    }
+  }
+  SFM_MessageDB db(texts, 0);  // reports the bad line on standard output
+  db.Save(dir + "router.mdb");
+  SFM_MessageDB compiled(dir + "router.mdb");
+  std::printf("section \"errors\" starts at id %d:", compiled.GetSectionBase("errors"));
+  for (SFM_MessageDB::SectionIterator it(&compiled, "errors", 0); !it.IsEmpty(); ++it) {
+    std::printf(" #%d \"%s\"", it.GetPosition(), static_cast<char const *>(SYS_String(it)));
+  }
+  std::printf("\n");
+
+  SFM_File missing(dir + "missing.txt");
+  std::printf("opening a missing file: %d\n", missing.Open("r"));
+  std::printf("copy over an existing file: %d\n", dir.CopyFileA(texts, dir + "router.mdb", 0));
+  std::printf("files:");
+  for (char const *name = dir.GetNextFile("*.*"); name != nullptr; name = dir.GetNextFile(nullptr)) {
+    std::printf(" %s", name);
+  }
+  std::printf("\nemptied and removed: %d\n", dir.DeleteAll() && SFM_Directory().DeleteSubdir(folder));
+}
+
 }  // namespace
 
 int main() {
@@ -397,5 +447,6 @@ int main() {
   ShowContainers();
   ShowCollections();
   ShowUnitsAndProperties();
+  ShowFiles();
   return 0;
 }

@@ -10,6 +10,10 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
+#include "file_io.h"
+#include "dir_search.h"
+#include "process.h"
+#include "app_profile.h"
 #include "screen_types.h"
 #include "cdwordarray.h"
 
@@ -44,6 +48,10 @@
 
 // Files
 #include "sfm_file_path.h"
+#include "sfm_file.h"
+#include "sfm_directory.h"
+#include "sfm_manager.h"
+#include "sfm_message_db.h"
 
 // Values and properties
 #include "scc_variant.h"
@@ -62,6 +70,7 @@
 #include "ui_draw_area.h"
 #include "cdynamic.h"
 #include "ui_palette_convertor.h"
+#include "ui_svg_draw_area.h"
 
 // Units
 #include "sys_convert.h"

@@ -80,6 +80,8 @@ inline int NCmp1(char const *a, char const *b) noexcept {
 }
 // Compares a and b character by character, by code: -1, 0 or 1.
 TOVIK_API int Cmp(char const *a, char const *b) noexcept;
+// As Cmp, with the one-byte letters A-Z taken as a-z: -1, 0 or 1.
+TOVIK_API int ICmp(char const *a, char const *b) noexcept;
 
 // White space: tab, line feed, vertical tab, form feed, carriage return and
 // blank. No other code, and no two-byte character, is white space.
