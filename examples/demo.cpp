@@ -1,14 +1,17 @@
 // A tour of Tovik as an application sees it: strings, failed checks and the
 // failure manager that decides how they end, a notifier whose listeners
 // leave in the middle of a notification, containers, a filtered, sorted
-// view of a board's components (board.h) that follows the board, and
-// coordinates typed in each user unit with a property panel's common value.
+// view of a board's components (board.h) that follows the board,
+// coordinates typed in each user unit with a property panel's common value,
+// files and the message database, and a small board drawn through a
+// recording onto the SVG surface (board_picture.h), written to board.svg.
 #include <stdlib.h>
 #include <tovik.h>
 
 #include <cstdio>
 
 #include "board.h"
+#include "board_picture.h"
 
 namespace {
 
@@ -437,6 +440,119 @@ void ShowFiles() {
   std::printf("\nemptied and removed: %d\n", dir.DeleteAll() && SFM_Directory().DeleteSubdir(folder));
 }
 
+// --- The board picture -------------------------------------------------------
+
+// A small board drawn through a recording replayed onto the SVG surface: the
+// components are placed by positions, listed by designator, selected, and the
+// selection is shown as an exclusive-or overlay.
+
+void PrintFocus(char const *what, ComponentList &parts, SCC_StdProperty &value) {
+  SCC_Variant common;
+  value.GetValue(&parts, common);
+  std::printf("%s:", what);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    if (parts.IsInFocus(parts.GetAt(row), nullptr)) std::printf(" %s", Ref(parts.GetAt(row)));
+  }
+  std::printf("; Value = %s\n",
+              common.IsEmpty() ? "(mixed)" : static_cast<char const *>(SYS_String(common)));
+}
+
+// The selection as boxes around the focused parts, in a batch of its own:
+// starting it takes the boxes of the last selection away.
+void DrawSelection(CDynamic &overlay, ComponentList &parts) {
+  overlay.StartBatchDraw();
+  overlay.PenColor(kSelection);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    if (!parts.IsInFocus(parts.GetAt(row), nullptr)) continue;
+    SYS_Box box = ComponentBox(Component::Of(parts.GetAt(row)));
+    box.Expand(Mm(0.4));
+    overlay.DrawXorBox(box);
+  }
+  overlay.EndBatchDraw();
+}
+
+bool WriteFile(char const *name, SYS_String const &text) {
+  std::FILE *out = std::fopen(name, "wb");
+  if (out == nullptr) return false;
+  auto const size = static_cast<std::size_t>(text.GetLength());
+  bool const written = std::fwrite(static_cast<char const *>(text), 1, size, out) == size;
+  return std::fclose(out) == 0 && written;
+}
+
+void ShowBoardPicture() {
+  Section("Board picture");
+  SYS_Box const edge(0, 0, Mm(40), Mm(25));
+  Board board;
+  struct Placed {
+    char const *reference, *value;
+    Footprint const &footprint;
+    double x, y, degrees;
+    bool bottom;
+  } const placed[] = {
+      {"J1", "HDR4", Header4(), 7, 4, 0, false},     {"U1", "MCU", SmallOutline8(), 20, 13, 0, false},
+      {"U2", "EEPROM", SmallOutline8(), 31, 13, 90, true}, {"R1", "10k", Chip(), 8, 20, 0, false},
+      {"R2", "10k", Chip(), 8, 15, 0, false},        {"R10", "4k7", Chip(), 8, 10, 90, false},
+      {"C1", "100n", Chip(), 20, 21, 180, false},    {"C2", "100n", Chip(), 31, 21.5, 45, true},
+      {"C3", "220u", Radial(), 33, 5, 0, false},     {"R3", "DNP", Chip(), 20, 5, 30, false}};
+  int mirrored = 0;
+  for (Placed const &p : placed) {
+    Component &part = board.Place(p.reference, p.bottom ? "bottom" : "top", p.value);
+    part.position.Set(SYS_Point(Mm(p.x), Mm(p.y)),
+                      static_cast<std::int32_t>(p.degrees * SYS_ANGLE_PER_DEGREE), p.bottom);
+    part.footprint = &p.footprint;
+    mirrored += p.bottom;
+  }
+  std::printf("placed %d components, %d of them mirrored to the bottom side\n",
+              static_cast<int>(board.Count()), mirrored);
+
+  ComponentList parts(board);
+  parts.SetSort(&ComponentList::ByReference, 0);
+  parts.AllowReload(1);
+  std::printf("by designator:");
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) std::printf(" %s", Ref(parts.GetAt(row)));
+  std::printf("\n");
+
+  UI_SvgDrawArea area(SYS_Box(-Mm(2), -Mm(2), Mm(42), Mm(29)), 880);
+  area.PenMode(UI_SvgDrawArea::kXorMode);  // recordings are overlays
+  CDynamic drawing(&area), overlay(&area);
+  drawing.StartBatchDraw();
+  DrawEdge(drawing, edge, Mm(2));
+  for (std::size_t i = 0; i < board.Count(); ++i) DrawComponent(drawing, board.At(i));
+  SYS_Convert const mm(SYS_UNIT_MILLIMETERS);
+  SYS_String caption;
+  caption << "Tovik demo board, " << mm.Measure2Str(edge.GetWidth()) << " x "
+          << mm.Measure2Str(edge.GetHeight()) << " " << mm.GetUnitName();
+  drawing.TextAlign(0, 1);
+  drawing.DrawXorText(caption, Mm(1.2), kEdge, SYS_Point(0, Mm(27)), 0);
+  drawing.EndBatchDraw();
+  SYS_Box const covered = drawing.GetExtent();
+  std::printf("recorded %d words covering %s to %s %s, replayed onto the SVG surface\n",
+              static_cast<int>(drawing.GetRecording().GetSize()),
+              static_cast<char const *>(mm.Point2Str(covered.GetLowerLeft())),
+              static_cast<char const *>(mm.Point2Str(covered.GetUpperRight())), mm.GetUnitName());
+
+  ValueProperty value;
+  parts.SetFocus(board.Find("R1")->Handle(), 0);
+  parts.SetFocus(board.Find("R2")->Handle(), 1);
+  PrintFocus("selected", parts, value);
+  DrawSelection(overlay, parts);
+  parts.SetFocus(board.Find("R10")->Handle(), 1);
+  PrintFocus("selected", parts, value);
+  DrawSelection(overlay, parts);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    Component const &part = Component::Of(parts.GetAt(row));
+    if (!parts.IsInFocus(part.Handle(), nullptr)) continue;
+    std::printf("  %s at %s %s, turned %s degrees\n", static_cast<char const *>(part.reference),
+                static_cast<char const *>(mm.Point2Str(part.position.GetOrigin())), mm.GetUnitName(),
+                static_cast<char const *>(mm.Angle2Str(part.position.GetOrientation())));
+  }
+
+  SYS_String const svg = area.GetSvg();
+  std::printf(WriteFile("board.svg", svg) ? "wrote board.svg (%d bytes)\n"
+                                          : "could not write board.svg (%d bytes)\n",
+              svg.GetLength());
+}
+
 }  // namespace
 
 // --- Placing a component ----------------------------------------------------
@@ -501,5 +617,6 @@ int main() {
   ShowUnitsAndProperties();
   ShowFiles();
   ShowPlacement();
+  ShowBoardPicture();
   return 0;
 }

@@ -24,6 +24,7 @@
 #include "sys_exception.h"
 #include "sys_translation.h"
 #include "sys_scan.h"
+#include "sys_str_pattern.h"
 
 // Events
 #include "scc_event.h"
