@@ -38,7 +38,7 @@ TEST(Transform, Images) {
       {"null rotation direction", "angle 0", MADE(SetRotate(kP, 0.0, 0.0)), {3, 4}, {3, 4}},
       {"swapped frame", "places and signs trade: -90", MADE(SetCoordSys(kP, 1.0, 0.0)), {1000, 2010}, {10, 0}},
       {"scale by -2", "a half turn around P", MADE(SetScale(kP, -2.0)), {1001, 2003}, {998, 1994}},
-      {"box fit", "scale 2, centred", MADE(SetBoxConv({0, 0}, {100, 50}, {1000, 1000, 1400, 1100})), {100, 50}, {1300, 1100}},
+      {"box fit", "scale 2", MADE(SetBoxConv({0, 0}, {100, 50}, {1000, 1000, 1400, 1100})), {100, 50}, {1300, 1100}},
       {"degenerate fit", "NaN images: 0", MADE(SetBoxConv({5, 5}, {5, 5}, {0, 0, 10, 10})), {7, 9}, {0, 0}},
       {"beyond 32 bits", "saturates", {SYS_Point(SYS_MAX_COORD, 0), 0, 0, 0, 1, 0}, {2000000000, -5}, {INT32_MAX, -5}},
   };
