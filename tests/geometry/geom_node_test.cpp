@@ -7,7 +7,6 @@ namespace {
 
 struct Node : SYS_GeomNode {
   explicit Node(short type = SGN_NONE) { SetNodeType(type); }
-  Node(Node const &) = default;
 };
 
 // Links a ring in the given order: first -> second -> ... -> first.
