@@ -1,8 +1,8 @@
 // Segments, circles, arcs and boxes: arc angles, extremes and box, and the
 // box operations that combine, intersect and clip.
 #include <algorithm>
-#include <cstddef>
 #include <type_traits>
+#include <utility>
 
 #include "sys_shapes.h"
 #include "sys_transform.h"

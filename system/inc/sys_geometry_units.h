@@ -49,29 +49,22 @@ constexpr double SYS_HALF_CIRCLE_DOUBLE = 3.24e8;
 constexpr double SYS_INV_HALF_CIRCLE = 3.08641975308642e-9;
 constexpr double SYS_SQRT2 = 1.4142135623730951;
 
-// 1 when a double truncates to a 32-bit integer by a plain conversion: it
-// lies strictly between -2147483649 and 2147483648, and is not NaN.
-inline bool SYS_FitsInt32(double value) { return value > -2147483649.0 && value < 2147483648.0; }
-
 // Truncates toward zero. A value beyond the 32-bit range gives the nearest
 // limit and NaN gives 0, so no input is undefined.
 inline std::int32_t SYS_Truncate(double value) {
-  if (SYS_FitsInt32(value)) return static_cast<std::int32_t>(value);
+  if (value > -2147483649.0 && value < 2147483648.0) return static_cast<std::int32_t>(value);
   if (value >= 2147483648.0) return INT32_MAX;
   if (value <= -2147483649.0) return INT32_MIN;
   return 0;
 }
 
-// The value with a half of its own sign added: what SYS_Round truncates.
-// The half takes the value's sign bit rather than a branch on the sign,
-// which would be mispredicted half the time over mixed coordinates; so -0.0
-// gets -0.5 where the rule says +0.5, and both truncate to 0.
-inline double SYS_AddHalf(double value) { return value + std::copysign(0.5, value); }
-
 // Rounds by adding 0.5 (or -0.5 for a negative value) and truncating, so
 // halves go away from zero: 2.5 gives 3 and -2.5 gives -3. The addition is
-// done in double, exactly as written; limits as for SYS_Truncate.
-inline std::int32_t SYS_Round(double value) { return SYS_Truncate(SYS_AddHalf(value)); }
+// done in double, exactly as written; limits as for SYS_Truncate. The half
+// takes the value's sign bit rather than a branch on the sign, which would be
+// mispredicted half the time over mixed coordinates; so -0.0 gets -0.5 where
+// the rule says +0.5, and both truncate to 0.
+inline std::int32_t SYS_Round(double value) { return SYS_Truncate(value + std::copysign(0.5, value)); }
 
 #if defined(__SSE2__)
 // SYS_Round of both lanes, without a branch: the half of each lane's sign is
