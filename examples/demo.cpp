@@ -590,6 +590,58 @@ void ShowBoardPicture() {
 
 }  // namespace
 
+// --- Placing a component ----------------------------------------------------
+
+double Mm(std::int32_t world) { return static_cast<double>(world) / SYS_WORLD_PER_MM; }
+
+void PrintBox(char const *what, SYS_Box const &box) {
+  std::printf("  %-13s (%8.4f, %8.4f) .. (%8.4f, %8.4f) mm\n", what, Mm(box.GetLeft()), Mm(box.GetLower()),
+              Mm(box.GetRight()), Mm(box.GetUpper()));
+}
+
+// A two-pad part drawn around its own origin, with a half-circle outline
+// around pin 1, placed on the board turned by 30 degrees and flipped to the
+// bottom side: every shape goes through one transform built from the
+// position, and the part's box is accumulated from the neutral box.
+void ShowPlacement() {
+  Section("Placing a component");
+  std::int32_t const um = SYS_WORLD_PER_MICRON;
+  SYS_Box pads[2] = {{-1600 * um, -700 * um, -400 * um, 700 * um}, {400 * um, -700 * um, 1600 * um, 700 * um}};
+  SYS_Arc outline(SYS_Point(-1000 * um, 2000 * um), SYS_Point(-1000 * um, -2000 * um), SYS_Point(-1000 * um, 0),
+                  2000 * um);
+
+  SYS_Position const position(SYS_Point(25400 * um, 12700 * um), 30 * SYS_ANGLE_PER_DEGREE, 1);
+  // Local coordinates around the origin are carried to the position: no
+  // entry move, flip after the turn.
+  SYS_Transform const place(position, 0, 1, 0);
+  std::printf("at (%.4f, %.4f) mm, turned %d degrees, mirrored %d\n", Mm(position.GetOrigin().x),
+              Mm(position.GetOrigin().y), position.GetOrientation() / SYS_ANGLE_PER_DEGREE, position.GetMirror());
+
+  SYS_Box all = SYS_Box::Neutral();
+  for (int i = 0; i < 2; ++i) {
+    PrintBox(i == 0 ? "pad 1 local" : "pad 2 local", pads[i]);
+    pads[i].Transform(place);
+    PrintBox("  placed", pads[i]);
+    all.Combine(pads[i]);
+  }
+  std::printf("  outline local  from (%.4f, %.4f) to (%.4f, %.4f), sweep %.1f degrees\n",
+              Mm(outline.start.x), Mm(outline.start.y), Mm(outline.end.x), Mm(outline.end.y),
+              outline.GetSizeAngle() / static_cast<double>(SYS_ANGLE_PER_DEGREE));
+  outline.Transform(place);
+  // The radius keeps its sign under a mirror, so the placed arc is read the
+  // other way round: its ends swap to keep the drawn half.
+  SYS_Arc const drawn(outline.end, outline.start, outline.center, outline.radius);
+  std::printf("  outline placed from (%.4f, %.4f) to (%.4f, %.4f), centre (%.4f, %.4f)\n", Mm(drawn.start.x),
+              Mm(drawn.start.y), Mm(drawn.end.x), Mm(drawn.end.y), Mm(drawn.center.x), Mm(drawn.center.y));
+  PrintBox("outline box", drawn.GetBox());
+  all.Combine(drawn.GetBox());
+  PrintBox("part box", all);
+  SYS_Location pin1(SYS_Point(-1000 * um, 0), 0);
+  pin1.Transform(place);
+  std::printf("  pin 1 at (%.4f, %.4f) mm, facing %.1f degrees\n", Mm(pin1.GetOrigin().x), Mm(pin1.GetOrigin().y),
+              pin1.GetOrientation() / static_cast<double>(SYS_ANGLE_PER_DEGREE));
+}
+
 int main() {
   ShowStrings();
   ShowChecks();
@@ -599,6 +651,7 @@ int main() {
   ShowCollections();
   ShowUnitsAndProperties();
   ShowFiles();
+  ShowPlacement();
   ShowBoardPicture();
   return 0;
 }
