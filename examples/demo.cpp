@@ -9,6 +9,7 @@
 #include <tovik.h>
 
 #include <cstdio>
+#include <cstring>
 
 #include "board.h"
 #include "board_picture.h"
@@ -444,56 +445,43 @@ void ShowFiles() {
 
 // A small board drawn through a recording replayed onto the SVG surface: the
 // components are placed by positions, listed by designator, selected, and the
-// selection is shown as an exclusive-or overlay.
+// selection is shown as an exclusive-or overlay. Its texts come from a
+// message database that the build compiles with tovik-mdb.
 
-void PrintFocus(char const *what, ComponentList &parts, SCC_StdProperty &value) {
-  SCC_Variant common;
-  value.GetValue(&parts, common);
-  std::printf("%s:", what);
-  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
-    if (parts.IsInFocus(parts.GetAt(row), nullptr)) std::printf(" %s", Ref(parts.GetAt(row)));
-  }
-  std::printf("; Value = %s\n",
-              common.IsEmpty() ? "(mixed)" : static_cast<char const *>(SYS_String(common)));
+// The text of a number in the message database's section "board".
+SYS_String Text(int number) {
+  SFM_MessageDB *db = SFM::GetManager()->GetMessageDB();
+  return db->getTxt(db->GetSectionBase("board") + number);
 }
 
-// The selection as boxes around the focused parts, in a batch of its own:
-// starting it takes the boxes of the last selection away.
-void DrawSelection(CDynamic &overlay, ComponentList &parts) {
-  overlay.StartBatchDraw();
-  overlay.PenColor(kSelection);
-  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
-    if (!parts.IsInFocus(parts.GetAt(row), nullptr)) continue;
-    SYS_Box box = ComponentBox(Component::Of(parts.GetAt(row)));
-    box.Expand(Mm(0.4));
-    overlay.DrawXorBox(box);
-  }
-  overlay.EndBatchDraw();
+void LoadMessages() {
+  SFM::GetManager()->Initiate(TOVIK_DEMO_MESSAGES);
+  SFM_MessageDB *db = SFM::GetManager()->GetMessageDB();
+  int texts = 0;
+  for (SFM_MessageDB::SectionIterator it(db, "board", 0); !it.IsEmpty(); ++it) ++texts;
+  char const *const name = std::strrchr(TOVIK_DEMO_MESSAGES, '/');
+  std::printf(Text(1), name != nullptr ? name + 1 : TOVIK_DEMO_MESSAGES, texts, "board",
+              db->GetSectionBase("board"));
+  std::printf("\n");
 }
 
-bool WriteFile(char const *name, SYS_String const &text) {
-  std::FILE *out = std::fopen(name, "wb");
-  if (out == nullptr) return false;
-  auto const size = static_cast<std::size_t>(text.GetLength());
-  bool const written = std::fwrite(static_cast<char const *>(text), 1, size, out) == size;
-  return std::fclose(out) == 0 && written;
-}
-
-void ShowBoardPicture() {
-  Section("Board picture");
-  SYS_Box const edge(0, 0, Mm(40), Mm(25));
-  Board board;
+void PlaceComponents(Board &board) {
   struct Placed {
     char const *reference, *value;
     Footprint const &footprint;
-    double x, y, degrees;
+    double x, y, degrees;  // millimetres, counter-clockwise
     bool bottom;
   } const placed[] = {
-      {"J1", "HDR4", Header4(), 7, 4, 0, false},     {"U1", "MCU", SmallOutline8(), 20, 13, 0, false},
-      {"U2", "EEPROM", SmallOutline8(), 31, 13, 90, true}, {"R1", "10k", Chip(), 8, 20, 0, false},
-      {"R2", "10k", Chip(), 8, 15, 0, false},        {"R10", "4k7", Chip(), 8, 10, 90, false},
-      {"C1", "100n", Chip(), 20, 21, 180, false},    {"C2", "100n", Chip(), 31, 21.5, 45, true},
-      {"C3", "220u", Radial(), 33, 5, 0, false},     {"R3", "DNP", Chip(), 20, 5, 30, false}};
+      {"J1", "HDR4", Header4(), 7, 4, 0, false},
+      {"U1", "MCU", SmallOutline8(), 20, 13, 0, false},
+      {"U2", "EEPROM", SmallOutline8(), 31, 13, 90, true},
+      {"R1", "10k", Chip(), 8, 20, 0, false},
+      {"R2", "10k", Chip(), 8, 15, 0, false},
+      {"R10", "4k7", Chip(), 8, 10, 90, false},
+      {"C1", "100n", Chip(), 20, 21, 180, false},
+      {"C2", "100n", Chip(), 31, 21.5, 45, true},
+      {"C3", "220u", Radial(), 33, 5, 0, false},
+      {"R3", "DNP", Chip(), 20, 5, 30, false}};
   int mirrored = 0;
   for (Placed const &p : placed) {
     Component &part = board.Place(p.reference, p.bottom ? "bottom" : "top", p.value);
@@ -502,55 +490,102 @@ void ShowBoardPicture() {
     part.footprint = &p.footprint;
     mirrored += p.bottom;
   }
-  std::printf("placed %d components, %d of them mirrored to the bottom side\n",
-              static_cast<int>(board.Count()), mirrored);
+  std::printf(Text(2), static_cast<int>(board.Count()), mirrored);
+  std::printf("\n");
+}
+
+// The designators of the rows, all of them or the focused ones only.
+SYS_String Designators(ComponentList &parts, bool focusedOnly) {
+  SYS_String list;
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    if (!focusedOnly || parts.IsInFocus(parts.GetAt(row), nullptr)) list << " " << Ref(parts.GetAt(row));
+  }
+  return list;
+}
+
+// The board's edge, every component and a caption in the user's unit.
+void DrawBoard(CDynamic &drawing, Board const &board, SYS_Convert const &unit) {
+  SYS_Box const edge(0, 0, Mm(40), Mm(25));
+  drawing.StartBatchDraw();
+  DrawEdge(drawing, edge, Mm(2));
+  for (std::size_t i = 0; i < board.Count(); ++i) DrawComponent(drawing, board.At(i));
+  drawing.TextAlign(0, 1);
+  drawing.DrawXorText(FormattedString(Text(10), static_cast<char const *>(unit.Measure2Str(edge.GetWidth())),
+                                      static_cast<char const *>(unit.Measure2Str(edge.GetHeight())),
+                                      unit.GetUnitName()),
+                      Mm(1.2), kEdge, SYS_Point(0, Mm(27)), 0);
+  drawing.EndBatchDraw();  // the surface replays the recording now
+  SYS_Box const covered = drawing.GetExtent();
+  std::printf(Text(4), static_cast<int>(drawing.GetRecording().GetSize()),
+              static_cast<char const *>(unit.Point2Str(covered.GetLowerLeft())),
+              static_cast<char const *>(unit.Point2Str(covered.GetUpperRight())), unit.GetUnitName());
+  std::printf("\n");
+}
+
+// The focus as boxes around the parts, in a batch of its own: starting it
+// replays the boxes of the last selection, which takes them away. Then the
+// property panel's common value, and where the parts stand.
+void Select(CDynamic &overlay, ComponentList &parts, SYS_Convert const &unit) {
+  ValueProperty value;
+  SCC_Variant common;
+  value.GetValue(&parts, common);
+  std::printf(Text(5), static_cast<char const *>(Designators(parts, true)),
+              common.IsEmpty() ? static_cast<char const *>(Text(6))
+                               : static_cast<char const *>(SYS_String(common)));
+  std::printf("\n");
+  overlay.StartBatchDraw();
+  overlay.PenColor(kSelection);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    Component const &part = Component::Of(parts.GetAt(row));
+    if (!parts.IsInFocus(part.Handle(), nullptr)) continue;
+    SYS_Box box = ComponentBox(part);
+    box.Expand(Mm(0.4));
+    overlay.DrawXorBox(box);
+    std::printf(Text(7), static_cast<char const *>(part.reference),
+                static_cast<char const *>(unit.Point2Str(part.position.GetOrigin())), unit.GetUnitName(),
+                static_cast<char const *>(unit.Angle2Str(part.position.GetOrientation())));
+    std::printf("\n");
+  }
+  overlay.EndBatchDraw();
+}
+
+bool WriteFile(char const *name, SYS_String const &text) {
+  SFM_File out(name, "wb");
+  return out.IsOpen() && out.Write(static_cast<char const *>(text), text.GetLength()) != 0;
+}
+
+void ShowBoardPicture() {
+  Section("Board picture");
+  LoadMessages();
+  Board board;
+  PlaceComponents(board);
 
   ComponentList parts(board);
   parts.SetSort(&ComponentList::ByReference, 0);
   parts.AllowReload(1);
-  std::printf("by designator:");
-  for (std::int32_t row = 0; row < parts.GetSize(); ++row) std::printf(" %s", Ref(parts.GetAt(row)));
+  std::printf(Text(3), static_cast<char const *>(Designators(parts, false)));
   std::printf("\n");
 
+  // The user works in millimetres; the view shows the board with a margin.
+  SYS_Convert const unit(SYS_UNIT_MILLIMETERS);
   UI_SvgDrawArea area(SYS_Box(-Mm(2), -Mm(2), Mm(42), Mm(29)), 880);
   area.PenMode(UI_SvgDrawArea::kXorMode);  // recordings are overlays
   CDynamic drawing(&area), overlay(&area);
-  drawing.StartBatchDraw();
-  DrawEdge(drawing, edge, Mm(2));
-  for (std::size_t i = 0; i < board.Count(); ++i) DrawComponent(drawing, board.At(i));
-  SYS_Convert const mm(SYS_UNIT_MILLIMETERS);
-  SYS_String caption;
-  caption << "Tovik demo board, " << mm.Measure2Str(edge.GetWidth()) << " x "
-          << mm.Measure2Str(edge.GetHeight()) << " " << mm.GetUnitName();
-  drawing.TextAlign(0, 1);
-  drawing.DrawXorText(caption, Mm(1.2), kEdge, SYS_Point(0, Mm(27)), 0);
-  drawing.EndBatchDraw();
-  SYS_Box const covered = drawing.GetExtent();
-  std::printf("recorded %d words covering %s to %s %s, replayed onto the SVG surface\n",
-              static_cast<int>(drawing.GetRecording().GetSize()),
-              static_cast<char const *>(mm.Point2Str(covered.GetLowerLeft())),
-              static_cast<char const *>(mm.Point2Str(covered.GetUpperRight())), mm.GetUnitName());
+  DrawBoard(drawing, board, unit);
 
-  ValueProperty value;
   parts.SetFocus(board.Find("R1")->Handle(), 0);
   parts.SetFocus(board.Find("R2")->Handle(), 1);
-  PrintFocus("selected", parts, value);
-  DrawSelection(overlay, parts);
+  Select(overlay, parts, unit);
   parts.SetFocus(board.Find("R10")->Handle(), 1);
-  PrintFocus("selected", parts, value);
-  DrawSelection(overlay, parts);
-  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
-    Component const &part = Component::Of(parts.GetAt(row));
-    if (!parts.IsInFocus(part.Handle(), nullptr)) continue;
-    std::printf("  %s at %s %s, turned %s degrees\n", static_cast<char const *>(part.reference),
-                static_cast<char const *>(mm.Point2Str(part.position.GetOrigin())), mm.GetUnitName(),
-                static_cast<char const *>(mm.Angle2Str(part.position.GetOrientation())));
-  }
+  Select(overlay, parts, unit);
 
   SYS_String const svg = area.GetSvg();
-  std::printf(WriteFile("board.svg", svg) ? "wrote board.svg (%d bytes)\n"
-                                          : "could not write board.svg (%d bytes)\n",
-              svg.GetLength());
+  if (WriteFile("board.svg", svg)) {
+    std::printf(Text(8), "board.svg", svg.GetLength());
+  } else {
+    std::printf(Text(9), "board.svg");
+  }
+  std::printf("\n");
 }
 
 }  // namespace
