@@ -47,11 +47,13 @@ void CheckSubstitute(SYS_StrPattern const &pattern, std::string text, std::strin
   CString subject(text.c_str());
   int const count = (control & 2) != 0 ? pattern.Substitute(subject, subject, maxCount)
                                        : pattern.Substitute(subject, CString(insert.c_str()), maxCount);
+  // The definition, searched with the memo from the start (and so quickly).
+  tovik::pattern::Program program(pattern.GetCompiled(), pattern.GetCompiled().GetLength());
   int expected = 0;
   for (std::size_t offset = 0; (maxCount <= 0 || expected < maxCount) && offset < text.size(); ++expected) {
-    int length = 0;
-    int const m = pattern.Match(text.c_str() + offset, &length);
-    if (m < 0) break;
+    tovik::pattern::Program::Pos length = 0;
+    auto const m = static_cast<std::size_t>(program.Search(text.c_str() + offset, &length, 0));
+    if (m == static_cast<std::size_t>(-1)) break;
     auto const n = static_cast<std::size_t>(length);
     text = text.substr(0, offset + m) + insert + text.substr(offset + m + n);
     offset += m + insert.size();
