@@ -1,13 +1,17 @@
 // A tour of Tovik as an application sees it: strings, failed checks and the
 // failure manager that decides how they end, a notifier whose listeners
 // leave in the middle of a notification, containers, a filtered, sorted
-// view of a board's components (board.h) that follows the board, and
-// coordinates typed in each user unit with a property panel's common value.
+// view of a board's components (board.h) that follows the board,
+// coordinates typed in each user unit with a property panel's common value,
+// files and the message database, and a small board drawn through a
+// recording onto the SVG surface (board_picture.h), written to board.svg.
+#include <stdlib.h>
 #include <tovik.h>
 
 #include <cstdio>
 
 #include "board.h"
+#include "board_picture.h"
 
 namespace {
 
@@ -387,7 +391,221 @@ void ShowUnitsAndProperties() {
   showPanel("R1", "R3");
 }
 
+// --- Files and the message database ----------------------------------------
+
+// The application's answer to file events: failures go to its log, and a
+// copy may replace a file it finds in its way.
+class FileLog : public SCC_EventNode<SFM_EventData> {
+ public:
+  FileLog() { JoinAtEnd(&SFM::GetManager()->GetEvent()); }
+  int OnNotification(int code, SFM_EventData *data) override {
+    if (code == SFM::EvOverwrite) data->SetResult(SFM::EvYes);
+    if (code >= SFM::EvOverwrite) {
+      std::printf("  file event %d: %s\n", code, static_cast<char const *>(data->GetText()));
+    }
+    return 0;
+  }
+};
+
+void ShowFiles() {
+  Section("Files and the message database");
+  FileLog log;
+  char folder[] = "/tmp/tovik-demo-XXXXXX";
+  if (::mkdtemp(folder) == nullptr) return;
+  SFM_Directory dir(folder);
+  SYS_String const texts = dir + "router.txt";
+  {
+    SFM_File out(texts, "w");
+    for (char const *line : {"; texts of the router", "1:Ready", "[errors]", "1:Cannot open %s",
+                             "5:Disk full: $", " 6:a line with a leading blank"}) {
+      out.WriteLine(line);
+    }
+  }
+  SFM_MessageDB db(texts, 0);  // reports the bad line on standard output
+  db.Save(dir + "router.mdb");
+  SFM_MessageDB compiled(dir + "router.mdb");
+  std::printf("section \"errors\" starts at id %d:", compiled.GetSectionBase("errors"));
+  for (SFM_MessageDB::SectionIterator it(&compiled, "errors", 0); !it.IsEmpty(); ++it) {
+    std::printf(" #%d \"%s\"", it.GetPosition(), static_cast<char const *>(SYS_String(it)));
+  }
+  std::printf("\n");
+
+  SFM_File missing(dir + "missing.txt");
+  std::printf("opening a missing file: %d\n", missing.Open("r"));
+  std::printf("copy over an existing file: %d\n", dir.CopyFileA(texts, dir + "router.mdb", 0));
+  std::printf("files:");
+  for (char const *name = dir.GetNextFile("*.*"); name != nullptr; name = dir.GetNextFile(nullptr)) {
+    std::printf(" %s", name);
+  }
+  std::printf("\nemptied and removed: %d\n", dir.DeleteAll() && SFM_Directory().DeleteSubdir(folder));
+}
+
+// --- The board picture -------------------------------------------------------
+
+// A small board drawn through a recording replayed onto the SVG surface: the
+// components are placed by positions, listed by designator, selected, and the
+// selection is shown as an exclusive-or overlay.
+
+void PrintFocus(char const *what, ComponentList &parts, SCC_StdProperty &value) {
+  SCC_Variant common;
+  value.GetValue(&parts, common);
+  std::printf("%s:", what);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    if (parts.IsInFocus(parts.GetAt(row), nullptr)) std::printf(" %s", Ref(parts.GetAt(row)));
+  }
+  std::printf("; Value = %s\n",
+              common.IsEmpty() ? "(mixed)" : static_cast<char const *>(SYS_String(common)));
+}
+
+// The selection as boxes around the focused parts, in a batch of its own:
+// starting it takes the boxes of the last selection away.
+void DrawSelection(CDynamic &overlay, ComponentList &parts) {
+  overlay.StartBatchDraw();
+  overlay.PenColor(kSelection);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    if (!parts.IsInFocus(parts.GetAt(row), nullptr)) continue;
+    SYS_Box box = ComponentBox(Component::Of(parts.GetAt(row)));
+    box.Expand(Mm(0.4));
+    overlay.DrawXorBox(box);
+  }
+  overlay.EndBatchDraw();
+}
+
+bool WriteFile(char const *name, SYS_String const &text) {
+  std::FILE *out = std::fopen(name, "wb");
+  if (out == nullptr) return false;
+  auto const size = static_cast<std::size_t>(text.GetLength());
+  bool const written = std::fwrite(static_cast<char const *>(text), 1, size, out) == size;
+  return std::fclose(out) == 0 && written;
+}
+
+void ShowBoardPicture() {
+  Section("Board picture");
+  SYS_Box const edge(0, 0, Mm(40), Mm(25));
+  Board board;
+  struct Placed {
+    char const *reference, *value;
+    Footprint const &footprint;
+    double x, y, degrees;
+    bool bottom;
+  } const placed[] = {
+      {"J1", "HDR4", Header4(), 7, 4, 0, false},     {"U1", "MCU", SmallOutline8(), 20, 13, 0, false},
+      {"U2", "EEPROM", SmallOutline8(), 31, 13, 90, true}, {"R1", "10k", Chip(), 8, 20, 0, false},
+      {"R2", "10k", Chip(), 8, 15, 0, false},        {"R10", "4k7", Chip(), 8, 10, 90, false},
+      {"C1", "100n", Chip(), 20, 21, 180, false},    {"C2", "100n", Chip(), 31, 21.5, 45, true},
+      {"C3", "220u", Radial(), 33, 5, 0, false},     {"R3", "DNP", Chip(), 20, 5, 30, false}};
+  int mirrored = 0;
+  for (Placed const &p : placed) {
+    Component &part = board.Place(p.reference, p.bottom ? "bottom" : "top", p.value);
+    part.position.Set(SYS_Point(Mm(p.x), Mm(p.y)),
+                      static_cast<std::int32_t>(p.degrees * SYS_ANGLE_PER_DEGREE), p.bottom);
+    part.footprint = &p.footprint;
+    mirrored += p.bottom;
+  }
+  std::printf("placed %d components, %d of them mirrored to the bottom side\n",
+              static_cast<int>(board.Count()), mirrored);
+
+  ComponentList parts(board);
+  parts.SetSort(&ComponentList::ByReference, 0);
+  parts.AllowReload(1);
+  std::printf("by designator:");
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) std::printf(" %s", Ref(parts.GetAt(row)));
+  std::printf("\n");
+
+  UI_SvgDrawArea area(SYS_Box(-Mm(2), -Mm(2), Mm(42), Mm(29)), 880);
+  area.PenMode(UI_SvgDrawArea::kXorMode);  // recordings are overlays
+  CDynamic drawing(&area), overlay(&area);
+  drawing.StartBatchDraw();
+  DrawEdge(drawing, edge, Mm(2));
+  for (std::size_t i = 0; i < board.Count(); ++i) DrawComponent(drawing, board.At(i));
+  SYS_Convert const mm(SYS_UNIT_MILLIMETERS);
+  SYS_String caption;
+  caption << "Tovik demo board, " << mm.Measure2Str(edge.GetWidth()) << " x "
+          << mm.Measure2Str(edge.GetHeight()) << " " << mm.GetUnitName();
+  drawing.TextAlign(0, 1);
+  drawing.DrawXorText(caption, Mm(1.2), kEdge, SYS_Point(0, Mm(27)), 0);
+  drawing.EndBatchDraw();
+  SYS_Box const covered = drawing.GetExtent();
+  std::printf("recorded %d words covering %s to %s %s, replayed onto the SVG surface\n",
+              static_cast<int>(drawing.GetRecording().GetSize()),
+              static_cast<char const *>(mm.Point2Str(covered.GetLowerLeft())),
+              static_cast<char const *>(mm.Point2Str(covered.GetUpperRight())), mm.GetUnitName());
+
+  ValueProperty value;
+  parts.SetFocus(board.Find("R1")->Handle(), 0);
+  parts.SetFocus(board.Find("R2")->Handle(), 1);
+  PrintFocus("selected", parts, value);
+  DrawSelection(overlay, parts);
+  parts.SetFocus(board.Find("R10")->Handle(), 1);
+  PrintFocus("selected", parts, value);
+  DrawSelection(overlay, parts);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    Component const &part = Component::Of(parts.GetAt(row));
+    if (!parts.IsInFocus(part.Handle(), nullptr)) continue;
+    std::printf("  %s at %s %s, turned %s degrees\n", static_cast<char const *>(part.reference),
+                static_cast<char const *>(mm.Point2Str(part.position.GetOrigin())), mm.GetUnitName(),
+                static_cast<char const *>(mm.Angle2Str(part.position.GetOrientation())));
+  }
+
+  SYS_String const svg = area.GetSvg();
+  std::printf(WriteFile("board.svg", svg) ? "wrote board.svg (%d bytes)\n"
+                                          : "could not write board.svg (%d bytes)\n",
+              svg.GetLength());
+}
+
 }  // namespace
+
+// --- Placing a component ----------------------------------------------------
+
+double Mm(std::int32_t world) { return static_cast<double>(world) / SYS_WORLD_PER_MM; }
+
+void PrintBox(char const *what, SYS_Box const &box) {
+  std::printf("  %-13s (%8.4f, %8.4f) .. (%8.4f, %8.4f) mm\n", what, Mm(box.GetLeft()), Mm(box.GetLower()),
+              Mm(box.GetRight()), Mm(box.GetUpper()));
+}
+
+// A two-pad part drawn around its own origin, with a half-circle outline
+// around pin 1, placed on the board turned by 30 degrees and flipped to the
+// bottom side: every shape goes through one transform built from the
+// position, and the part's box is accumulated from the neutral box.
+void ShowPlacement() {
+  Section("Placing a component");
+  std::int32_t const um = SYS_WORLD_PER_MICRON;
+  SYS_Box pads[2] = {{-1600 * um, -700 * um, -400 * um, 700 * um}, {400 * um, -700 * um, 1600 * um, 700 * um}};
+  SYS_Arc outline(SYS_Point(-1000 * um, 2000 * um), SYS_Point(-1000 * um, -2000 * um), SYS_Point(-1000 * um, 0),
+                  2000 * um);
+
+  SYS_Position const position(SYS_Point(25400 * um, 12700 * um), 30 * SYS_ANGLE_PER_DEGREE, 1);
+  // Local coordinates around the origin are carried to the position: no
+  // entry move, flip after the turn.
+  SYS_Transform const place(position, 0, 1, 0);
+  std::printf("at (%.4f, %.4f) mm, turned %d degrees, mirrored %d\n", Mm(position.GetOrigin().x),
+              Mm(position.GetOrigin().y), position.GetOrientation() / SYS_ANGLE_PER_DEGREE, position.GetMirror());
+
+  SYS_Box all = SYS_Box::Neutral();
+  for (int i = 0; i < 2; ++i) {
+    PrintBox(i == 0 ? "pad 1 local" : "pad 2 local", pads[i]);
+    pads[i].Transform(place);
+    PrintBox("  placed", pads[i]);
+    all.Combine(pads[i]);
+  }
+  std::printf("  outline local  from (%.4f, %.4f) to (%.4f, %.4f), sweep %.1f degrees\n",
+              Mm(outline.start.x), Mm(outline.start.y), Mm(outline.end.x), Mm(outline.end.y),
+              outline.GetSizeAngle() / static_cast<double>(SYS_ANGLE_PER_DEGREE));
+  outline.Transform(place);
+  // The radius keeps its sign under a mirror, so the placed arc is read the
+  // other way round: its ends swap to keep the drawn half.
+  SYS_Arc const drawn(outline.end, outline.start, outline.center, outline.radius);
+  std::printf("  outline placed from (%.4f, %.4f) to (%.4f, %.4f), centre (%.4f, %.4f)\n", Mm(drawn.start.x),
+              Mm(drawn.start.y), Mm(drawn.end.x), Mm(drawn.end.y), Mm(drawn.center.x), Mm(drawn.center.y));
+  PrintBox("outline box", drawn.GetBox());
+  all.Combine(drawn.GetBox());
+  PrintBox("part box", all);
+  SYS_Location pin1(SYS_Point(-1000 * um, 0), 0);
+  pin1.Transform(place);
+  std::printf("  pin 1 at (%.4f, %.4f) mm, facing %.1f degrees\n", Mm(pin1.GetOrigin().x), Mm(pin1.GetOrigin().y),
+              pin1.GetOrientation() / static_cast<double>(SYS_ANGLE_PER_DEGREE));
+}
 
 int main() {
   ShowStrings();
@@ -397,5 +615,8 @@ int main() {
   ShowContainers();
   ShowCollections();
   ShowUnitsAndProperties();
+  ShowFiles();
+  ShowPlacement();
+  ShowBoardPicture();
   return 0;
 }

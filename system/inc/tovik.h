@@ -10,6 +10,10 @@
 #include "numtext.h"
 #include "resstrings.h"
 #include "exitcleanup.h"
+#include "file_io.h"
+#include "dir_search.h"
+#include "process.h"
+#include "app_profile.h"
 #include "screen_types.h"
 #include "cdwordarray.h"
 
@@ -20,6 +24,7 @@
 #include "sys_exception.h"
 #include "sys_translation.h"
 #include "sys_scan.h"
+#include "sys_str_pattern.h"
 
 // Events
 #include "scc_event.h"
@@ -44,6 +49,10 @@
 
 // Files
 #include "sfm_file_path.h"
+#include "sfm_file.h"
+#include "sfm_directory.h"
+#include "sfm_manager.h"
+#include "sfm_message_db.h"
 
 // Values and properties
 #include "scc_variant.h"

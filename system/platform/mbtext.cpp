@@ -80,6 +80,21 @@ std::size_t CSpn(char const *s, char const *set) noexcept {
   return static_cast<std::size_t>(p - s);
 }
 
+int ICmp(char const *a, char const *b) noexcept {
+  a = OrEmpty(a);
+  b = OrEmpty(b);
+  // Only one-byte characters have a case; A-Z fold to a-z whatever the locale.
+  auto const fold = [](unsigned c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; };
+  for (;;) {
+    unsigned const ca = fold(CharCode(a));
+    unsigned const cb = fold(CharCode(b));
+    if (ca != cb) return Sign(ca, cb);
+    if (ca == 0) return 0;
+    a = Inc(a);
+    b = Inc(b);
+  }
+}
+
 int Cmp(char const *a, char const *b) noexcept {
   a = OrEmpty(a);
   b = OrEmpty(b);
