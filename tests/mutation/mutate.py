@@ -18,12 +18,15 @@ library and the test programs, runs them, and writes one row per fault: id,
 status (caught, survived, invalid when it does not build, stale when its line
 is gone) and the tests that failed, crashed or hung. A program that crashes
 is run again without the tests that crashed, so every catching test is named.
-Only the tests named in SUITES count (tests/<area>/*_test.cpp); the programs
-may hold other tests, which are ignored.
+Only the tests of the files in suites.txt count; the programs may hold other
+tests, which are ignored. The library built for each fault in a .cpp file is
+kept in build-mut/cache, so a later run (after the tests changed) swaps it in
+instead of building it again, as long as the fault and its file are the same.
 
 compare lists the faults that BEFORE caught and AFTER does not.
 """
 import argparse
+import hashlib
 import json
 import os
 import random
@@ -189,15 +192,29 @@ def run_cmd(cmd, cwd, timeout=None):
 
 
 def prepare():
+    # Only files whose content differs are copied, with a fresh time, so the
+    # build redoes what an earlier, interrupted fault may have left behind.
     src = os.path.join(WORK, "src")
-    if os.path.exists(src):
-        shutil.rmtree(src)
     tracked = run_cmd(["git", "ls-files", "-co", "--exclude-standard"], ROOT).stdout.split("\n")
     for rel in filter(None, tracked):
-        if not os.path.isfile(os.path.join(ROOT, rel)):
+        origin, copy = os.path.join(ROOT, rel), os.path.join(src, rel)
+        if not os.path.isfile(origin):
             continue
-        os.makedirs(os.path.dirname(os.path.join(src, rel)), exist_ok=True)
-        shutil.copy2(os.path.join(ROOT, rel), os.path.join(src, rel))
+        with open(origin, "rb") as f:
+            content = f.read()
+        if os.path.isfile(copy):
+            with open(copy, "rb") as f:
+                if f.read() == content:
+                    continue
+        os.makedirs(os.path.dirname(copy), exist_ok=True)
+        with open(copy, "wb") as f:
+            f.write(content)
+    wanted = set(filter(None, tracked))
+    for folder, _, files in os.walk(src):
+        for name in files:
+            rel = os.path.relpath(os.path.join(folder, name), src)
+            if rel not in wanted:
+                os.remove(os.path.join(folder, name))
     build = os.path.join(WORK, "build")
     r = run_cmd(["cmake", "-S", src, "-B", build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
                  "-DCMAKE_CXX_FLAGS_DEBUG=-O1", "-DTOVIK_BUILD_EXAMPLES=OFF", "-DTOVIK_BUILD_TOOLS=OFF"], ROOT)
@@ -242,35 +259,69 @@ def run_program(program, exclude=()):
     return failed, crashed, hung
 
 
+def cache_key(m, text):
+    return hashlib.sha256("\0".join([m["file"], m["old"], m["new"], text]).encode()).hexdigest()
+
+
 def run(args):
     counted = suite_tests()
     mutants = read_mutants(args.mutants)
     if args.only:
         keep = set(args.only.split(","))
         mutants = [m for m in mutants if m["id"] in keep]
-    mutants.sort(key=lambda m: (m["file"], m["line"]))
+    # Faults in .cpp files first: each rebuilds the library alone, which is
+    # kept, so that a later run with other tests needs no build for them.
+    mutants.sort(key=lambda m: (m["file"].endswith(".h"), m["file"], m["line"]))
     src, build = prepare()
     r = run_cmd(["cmake", "--build", build, "-j2", "--target"] + targets(), ROOT)
     if r.returncode != 0:
         sys.exit("the unchanged tree does not build:\n" + r.stdout[-3000:])
     programs = [os.path.join(build, "tests", f"tovik_{a}_tests") for a in AREAS]
+    library = os.path.realpath(os.path.join(build, "libtovik.so"))
+    cache = os.path.join(WORK, "cache")
+    os.makedirs(cache, exist_ok=True)
+    clean = os.path.join(cache, "clean.so")
+    shutil.copy2(library, clean)
 
     def counted_name(test):
         suite, _, name = test.partition(".")
         return (suite.split("/")[0], name) in counted
 
-    baseline = set()
-    for p in programs:
-        f, c, h = run_program(p)
-        baseline |= {t for t in f | c | h if counted_name(t)}
-    if baseline:
-        sys.exit("tests fail without any fault: " + ", ".join(sorted(baseline)))
+    def catches():
+        caught_by = set()
+        for p in programs:
+            f_, c_, h_ = run_program(p)
+            caught_by |= {t for t in f_ if counted_name(t)}
+            caught_by |= {t + " (crash)" for t in c_ if counted_name(t) or t == "(program)"}
+            caught_by |= {t + " (hang)" for t in h_ if counted_name(t) or t == "(program)"}
+        return sorted(caught_by)
+
+    if catches():
+        sys.exit("tests fail without any fault: " + ", ".join(catches()))
 
     results = []
     for m in mutants:
         path = os.path.join(src, m["file"])
         with open(path) as f:
             text = f.read()
+        key = cache_key(m, text)
+        saved = os.path.join(cache, m["id"])
+        if not m["file"].endswith(".h") and os.path.exists(saved + ".key"):
+            with open(saved + ".key") as f:
+                kept = f.read().split()
+            if kept and kept[0] == key:
+                if kept[1] == "invalid":
+                    status, caught_by = "invalid", []
+                else:
+                    shutil.copy2(saved + ".so", library)
+                    try:
+                        caught_by = catches()
+                    finally:
+                        shutil.copy2(clean, library)
+                    status = "caught" if caught_by else "survived"
+                results.append((m, status, caught_by))
+                print(m["id"], status, len(caught_by), "(kept library)", flush=True)
+                continue
         lines = text.split("\n")
         n = m["old"].count("\n") + 1
         at = m["line"] - 1
@@ -289,14 +340,13 @@ def run(args):
             if r.returncode != 0:
                 status, caught_by = "invalid", []
             else:
-                caught_by = set()
-                for p in programs:
-                    f_, c_, h_ = run_program(p)
-                    caught_by |= {t for t in f_ if counted_name(t)}
-                    caught_by |= {t + " (crash)" for t in c_ if counted_name(t) or t == "(program)"}
-                    caught_by |= {t + " (hang)" for t in h_ if counted_name(t) or t == "(program)"}
+                if not m["file"].endswith(".h"):
+                    shutil.copy2(library, saved + ".so")
+                caught_by = catches()
                 status = "caught" if caught_by else "survived"
-                caught_by = sorted(caught_by)
+            if not m["file"].endswith(".h"):
+                with open(saved + ".key", "w") as f:
+                    f.write(key + " " + status + "\n")
         finally:
             with open(path, "w") as f:
                 f.write(text)
