@@ -17,9 +17,7 @@ class NullArea : public UI_DrawArea {
   void DrawLine(SYS_Point const &, SYS_Point const &, std::int32_t, int) override {}
   void FillRect(SYS_Box, int) override {}
   void FastFrameOval(SYS_Box const &) override {}
-  void FastFrameArc(SYS_Box const &, SYS_Point const &, SYS_Point const &) override {}
-  int Scale2ScreenX(std::int32_t w) const override { return w; }
-  int Scale2ScreenY(std::int32_t w) const override { return w; }
+  void DrawXorBox(SYS_Box) override {}
 };
 
 }  // namespace

@@ -1,4 +1,5 @@
 // CDynamic: binding, the recording's life cycle, and the recorded operations.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -13,6 +14,31 @@ inline std::uint32_t CharWord(char c) {
   return static_cast<std::uint32_t>(static_cast<std::int32_t>(static_cast<signed char>(c)));
 }
 
+// One record: the code and a box.
+inline void RecordBox(CDWordArray &recording, CDynamic::Code code, SYS_Box const &box) {
+  std::uint32_t *const at = recording.AddSpace(5);
+  at[0] = code;
+  at[1] = Word(box.GetLeft());
+  at[2] = Word(box.GetLower());
+  at[3] = Word(box.GetRight());
+  at[4] = Word(box.GetUpper());
+}
+
+// Two points, a pen size and a colour: the tail of the line and the arc.
+inline void PutLine(std::uint32_t *at, SYS_Point const &a, SYS_Point const &b, std::int32_t size, int colour) {
+  at[0] = Word(a.x);
+  at[1] = Word(a.y);
+  at[2] = Word(b.x);
+  at[3] = Word(b.y);
+  at[4] = Word(size);
+  at[5] = Word(colour);
+}
+
+// n characters of text as words from at on.
+inline void PutText(std::uint32_t *at, char const *text, std::intptr_t n) {
+  for (std::intptr_t i = 0; i < n; ++i) at[i] = CharWord(text[i]);
+}
+
 // The smallest box of count points, count > 0.
 SYS_Box BoxOf(SYS_Point const *points, std::intptr_t count) {
   SYS_Box box(points[0], points[0]);
@@ -25,9 +51,11 @@ SYS_Box BoxOf(SYS_Point const *points, std::intptr_t count) {
   return box;
 }
 
-inline SYS_Box Normalized(SYS_Box box) {
-  box.Normalize();
-  return box;
+// The box normalised. Written out here, without branches, because half of
+// all recorded calls normalise a box, and the data decide each swap.
+inline SYS_Box Normalized(SYS_Box const &box) {
+  return SYS_Box(std::min(box.GetLeft(), box.GetRight()), std::min(box.GetLower(), box.GetUpper()),
+                 std::max(box.GetLeft(), box.GetRight()), std::max(box.GetLower(), box.GetUpper()));
 }
 }  // namespace
 
@@ -52,7 +80,9 @@ void CDynamic::Clear() {
 }
 
 void CDynamic::Reset() {
-  recording.RemoveAll();
+  // The memory stays: a batch redrawn on every move of the mouse records
+  // into it again without allocating.
+  recording.SetSize(0);
   extent.SetEmpty();
 }
 
@@ -91,29 +121,6 @@ void CDynamic::StartScreenDraw() {
   if (drawArea != nullptr) drawArea->StartScreenDraw();
 }
 
-// --- Recording helpers ---------------------------------------------------
-
-void CDynamic::Extend(SYS_Box const &box) {
-  if (extent.GetLeft() == extent.GetRight() && extent.GetLower() == extent.GetUpper()) {
-    extent = box;
-  } else {
-    extent.Combine(box);
-  }
-}
-
-void CDynamic::RecordBox(Code code, SYS_Box const &box) {
-  std::uint32_t *const at = recording.AddSpace(5);
-  at[0] = code;
-  at[1] = Word(box.GetLeft());
-  at[2] = Word(box.GetLower());
-  at[3] = Word(box.GetRight());
-  at[4] = Word(box.GetUpper());
-}
-
-void CDynamic::PutText(std::uint32_t *at, char const *text, std::intptr_t n) {
-  for (std::intptr_t i = 0; i < n; ++i) at[i] = CharWord(text[i]);
-}
-
 // --- Recorded operations -------------------------------------------------
 
 void CDynamic::PenColor(int colour) {
@@ -129,25 +136,25 @@ void CDynamic::PenSize(std::int32_t size) {
 }
 
 void CDynamic::DrawXorBox(SYS_Box box) {
-  box.Normalize();
+  box = Normalized(box);
   DrawXorBox(box.GetLowerLeft(), box.GetUpperRight());
 }
 
 void CDynamic::DrawXorBox(SYS_Point first, SYS_Point second) {
   SYS_Box const box(first, second);  // as given: the extent too is not normalised
-  RecordBox(kDrawXorBox, box);
+  RecordBox(recording, kDrawXorBox, box);
   Extend(box);
 }
 
 void CDynamic::DrawXorOval(SYS_Box box) {
-  box.Normalize();
-  RecordBox(kDrawXorOval, box);
+  box = Normalized(box);
+  RecordBox(recording, kDrawXorOval, box);
   Extend(box);
 }
 
 void CDynamic::FillRect(SYS_Box box, int value) {
-  box.Normalize();
-  RecordBox(kFillRect, box);
+  box = Normalized(box);
+  RecordBox(recording, kFillRect, box);
   recording.Add(Word(value));
   Extend(box);
 }
@@ -179,26 +186,15 @@ SYS_Box CDynamic::DrawXorText(char const *text, int a, int b, SYS_Point where, i
 void CDynamic::DrawLine(SYS_Point const &from, SYS_Point const &to, std::int32_t size, int colour) {
   std::uint32_t *const at = recording.AddSpace(7);
   at[0] = kDrawLine;
-  at[1] = Word(from.x);
-  at[2] = Word(from.y);
-  at[3] = Word(to.x);
-  at[4] = Word(to.y);
-  at[5] = Word(size);
-  at[6] = Word(colour);
+  PutLine(at + 1, from, to, size, colour);
   Extend(Normalized(SYS_Box(from, to)));
 }
 
 void CDynamic::DrawArc(SYS_Box box, SYS_Point const &first, SYS_Point const &second,
                        std::int32_t size, int colour) {
-  box.Normalize();
-  RecordBox(kDrawArc, box);
-  std::uint32_t *const at = recording.AddSpace(6);
-  at[0] = Word(first.x);
-  at[1] = Word(first.y);
-  at[2] = Word(second.x);
-  at[3] = Word(second.y);
-  at[4] = Word(size);
-  at[5] = Word(colour);
+  box = Normalized(box);
+  RecordBox(recording, kDrawArc, box);
+  PutLine(recording.AddSpace(6), first, second, size, colour);
   Extend(box);
 }
 
@@ -253,7 +249,7 @@ void CDynamic::FastLineTo(SYS_Point const &point) {
 }
 
 void CDynamic::FastPaintOval(SYS_Box box) {
-  RecordBox(kFastPaintOval, box);
+  RecordBox(recording, kFastPaintOval, box);
   Extend(box);
 }
 
@@ -272,7 +268,7 @@ void CDynamic::FastPolyLine(int n, SYS_Point *points, std::int32_t a, int b) {
 }
 
 void CDynamic::FastFrameOval(SYS_Box const &box) {
-  RecordBox(kFastFrameOval, box);
+  RecordBox(recording, kFastFrameOval, box);
   Extend(box);
 }
 

@@ -44,6 +44,13 @@ bool WideEnough(UI_DrawArea &area, SYS_Box const &box) {
   return width >= 2 && height >= 2;
 }
 
+// The pen of the exclusive-or line and arc.
+inline void XorPen(UI_DrawArea &area, int colour, std::int32_t size) {
+  area.PenMode(2);
+  area.PenColor(colour);
+  area.PenSize(size);
+}
+
 // n points from w into the scratch array.
 SYS_Point *Points(Scratch &scratch, std::uint32_t const *w, std::intptr_t n) {
   scratch.points.resize(static_cast<std::size_t>(n));
@@ -154,9 +161,7 @@ inline std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words,
       SYS_Point const to = PointAt(w + 2);
       std::int32_t const pen = Int(w[4]);
       int const colour = Int(w[5]);
-      area.PenMode(2);
-      area.PenColor(colour);
-      area.PenSize(pen);
+      XorPen(area, colour, pen);
       area.DrawLine(from, to, pen, colour);
       return Next(at, CDynamic::kDrawLine);
     }
@@ -166,9 +171,7 @@ inline std::intptr_t ReplayRecord(UI_DrawArea &area, std::uint32_t const *words,
       SYS_Point const second = PointAt(w + 6);
       std::int32_t const pen = Int(w[8]);
       int const colour = Int(w[9]);
-      area.PenMode(2);
-      area.PenColor(colour);
-      area.PenSize(pen);
+      XorPen(area, colour, pen);
       if (WideEnough(area, box)) {
         area.FastFrameArc(box, first, second);
       } else {

@@ -10,20 +10,32 @@
 // two's complement, and texts one word per character, widened from a signed
 // byte (0xE9 becomes 0xFFFFFFE9):
 //
-//   0 PenColor      colour                  13 FastPaintOval  box as given
-//   1 PenSize       size                    14 FastPolyLine   long, int, n, n points
-//   2 DrawXorBox    point, point as given   15 FastFrameOval  box as given
-//   3 DrawXorOval   box normalised          16 TextAlign      a, b
-//   4 FillRect      box normalised, int     17 TextExtra      value
-//   5 DrawXorText   x, y, a, b, n, n chars  18 TextFace       value
-//                   (n counts the NUL)      19 TextPath       degrees x 10000
-//   6 DrawLine      point, point, size, colour                20 TextSize  a, b
-//   7 DrawArc       box normalised, point, point, size, colour
-//   8 PenCap        cap                     21 DrawString     n, n chars (no NUL)
-//   9 FastPolyPolyline  m, m counts, all points               22 SetGRAMode  word
-//  10 SwitchPen     a, b, c                 23 DrawOnScreen   0 or 1
-//  11 FastMoveTo    point                   24 DrawIcon       icon low word,
-//  12 FastLineTo    point                                     icon high word, point, int
+//   code  recorded by        operands
+//    0    PenColor           colour
+//    1    PenSize            size
+//    2    DrawXorBox         point, point, as given
+//    3    DrawXorOval        box, normalised
+//    4    FillRect           box, normalised; int
+//    5    DrawXorText        x, y; a, b; n; n characters, the NUL counted in n
+//    6    DrawLine           point, point; pen size; colour
+//    7    DrawArc            box, normalised; point, point; pen size; colour
+//    8    PenCap             cap
+//    9    FastPolyPolyline   m; m counts; all the points
+//   10    SwitchPen          a, b, c
+//   11    FastMoveTo         point
+//   12    FastLineTo         point
+//   13    FastPaintOval      box, as given
+//   14    FastPolyLine       long; int; n; n points
+//   15    FastFrameOval      box, as given
+//   16    TextAlign          a, b
+//   17    TextExtra          value
+//   18    TextFace           value
+//   19    TextPath           degrees x 10000, in 0 to 3599999
+//   20    TextSize           a, b
+//   21    DrawString         n; n characters, no NUL
+//   22    SetGRAMode         the mode's word
+//   23    DrawOnScreen       0 or 1
+//   24    DrawIcon           icon low word, icon high word; point; int
 //
 // The icon of code 24 is a pointer here, so it takes two words, low half
 // first. The object owns its recording and not its draw area, which may be
@@ -76,6 +88,7 @@ class TOVIK_API CDynamic : public SCC_EventNode<UI_DrawArea::RedrawBlock>, publi
   // recording stays.
   void Clear();
   // Empties the recording and zeroes the extent without telling the area.
+  // Clear and Reset keep the recording's memory for what is drawn next.
   void Reset();
   // Clear(), then one more batch open, also without a draw area.
   void StartBatchDraw() override;
@@ -138,12 +151,15 @@ class TOVIK_API CDynamic : public SCC_EventNode<UI_DrawArea::RedrawBlock>, publi
   void DrawIcon(HICON icon, SYS_Point where, int value) override;
 
  protected:
-  // Extends the extent by the box: replaces it while it is a single point.
-  void Extend(SYS_Box const &box);
-  // One record with a box and up to six more words.
-  void RecordBox(Code code, SYS_Box const &box);
-  // Writes n characters of text as words from at on.
-  static void PutText(std::uint32_t *at, char const *text, std::intptr_t n);
+  // Extends the extent by the box: replaces it while it is a single point,
+  // else combines the two (SYS_Box::Combine).
+  void Extend(SYS_Box const &box) {
+    if (extent.GetLeft() == extent.GetRight() && extent.GetLower() == extent.GetUpper()) {
+      extent = box;
+    } else {
+      extent.Combine(box);
+    }
+  }
 
   CDWordArray recording;
   UI_DrawArea *drawArea;  // not owned; may be null

@@ -116,6 +116,8 @@ class TOVIK_API SFM_FilePath {
   void Clear();
   // Takes path first when it is not null, then makes the parts consistent.
   void Prepare(char const *path);
+  // Prepare(path), then set(text), text read before path is taken.
+  SYS_String WithPath(char const *path, char const *text, SYS_String (SFM_FilePath::*set)(char const *));
 };
 
 #endif  // TOVIK_SFM_FILE_PATH_H

@@ -24,6 +24,7 @@
 #include "sys_exception.h"
 #include "sys_translation.h"
 #include "sys_scan.h"
+#include "sys_str_pattern.h"
 
 // Events
 #include "scc_event.h"
@@ -70,6 +71,7 @@
 #include "ui_draw_area.h"
 #include "cdynamic.h"
 #include "ui_palette_convertor.h"
+#include "ui_svg_draw_area.h"
 
 // Units
 #include "sys_convert.h"

@@ -88,6 +88,13 @@ TOVIK_API int ICmp(char const *a, char const *b) noexcept;
 inline bool IsSpace(unsigned c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
 // A decimal digit '0'-'9'.
 inline bool IsDigit(unsigned c) noexcept { return c >= '0' && c <= '9'; }
+// Letters are 'A'-'Z' and 'a'-'z'; hexadecimal digits add 'a'-'f' and 'A'-'F'
+// to the decimal ones. No other code, and no two-byte character, is either.
+inline bool IsLower(unsigned c) noexcept { return c >= 'a' && c <= 'z'; }
+inline bool IsUpper(unsigned c) noexcept { return c >= 'A' && c <= 'Z'; }
+inline bool IsAlpha(unsigned c) noexcept { return IsLower(c) || IsUpper(c); }
+inline bool IsAlnum(unsigned c) noexcept { return IsAlpha(c) || IsDigit(c); }
+inline bool IsXDigit(unsigned c) noexcept { return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
 // The value of the decimal number at s, as atoi reads it: leading white space,
 // an optional sign, digits. A value outside 32 bits gives the nearest bound.

@@ -136,8 +136,12 @@ SYS_String SFM_FilePath::GetFileExtension(char const *path) {
 }
 
 // ------------------------------------------------------------------- setters
-// The two-argument forms copy text before taking path: text may point into
-// this object.
+
+SYS_String SFM_FilePath::WithPath(char const *path, char const *text, SYS_String (SFM_FilePath::*set)(char const *)) {
+  SYS_String const keep(text);  // text may point into this object
+  Prepare(path);
+  return (this->*set)(keep);
+}
 
 SYS_String SFM_FilePath::SetBasePath(char const *text) {
   basePath = SFM_FilePath(text).basePath;
@@ -146,9 +150,7 @@ SYS_String SFM_FilePath::SetBasePath(char const *text) {
 }
 
 SYS_String SFM_FilePath::SetBasePath(char const *path, char const *text) {
-  SYS_String const keep(text);
-  Prepare(path);
-  return SetBasePath(keep);
+  return WithPath(path, text, &SFM_FilePath::SetBasePath);
 }
 
 SYS_String SFM_FilePath::SetRelPath(char const *text) {
@@ -158,9 +160,7 @@ SYS_String SFM_FilePath::SetRelPath(char const *text) {
 }
 
 SYS_String SFM_FilePath::SetRelPath(char const *path, char const *text) {
-  SYS_String const keep(text);
-  Prepare(path);
-  return SetRelPath(keep);
+  return WithPath(path, text, &SFM_FilePath::SetRelPath);
 }
 
 SYS_String SFM_FilePath::SetFileDirectory(char const *text) {
@@ -174,9 +174,7 @@ SYS_String SFM_FilePath::SetFileDirectory(char const *text) {
 }
 
 SYS_String SFM_FilePath::SetFileDirectory(char const *path, char const *text) {
-  SYS_String const keep(text);
-  Prepare(path);
-  return SetFileDirectory(keep);
+  return WithPath(path, text, &SFM_FilePath::SetFileDirectory);
 }
 
 SYS_String SFM_FilePath::SetFileName(char const *text, int dropExtension) {
@@ -188,7 +186,7 @@ SYS_String SFM_FilePath::SetFileName(char const *text, int dropExtension) {
 }
 
 SYS_String SFM_FilePath::SetFileName(char const *path, char const *text, int dropExtension) {
-  SYS_String const keep(text);
+  SYS_String const keep(text);  // text may point into this object
   Prepare(path);
   return SetFileName(keep, dropExtension);
 }
@@ -202,9 +200,7 @@ SYS_String SFM_FilePath::SetFileExtension(char const *text) {
 }
 
 SYS_String SFM_FilePath::SetFileExtension(char const *path, char const *text) {
-  SYS_String const keep(text);
-  Prepare(path);
-  return SetFileExtension(keep);
+  return WithPath(path, text, &SFM_FilePath::SetFileExtension);
 }
 
 SYS_String SFM_FilePath::SetFileNameExt(char const *text) {
@@ -216,9 +212,7 @@ SYS_String SFM_FilePath::SetFileNameExt(char const *text) {
 }
 
 SYS_String SFM_FilePath::SetFileNameExt(char const *path, char const *text) {
-  SYS_String const keep(text);
-  Prepare(path);
-  return SetFileNameExt(keep);
+  return WithPath(path, text, &SFM_FilePath::SetFileNameExt);
 }
 
 SYS_String SFM_FilePath::SetDefault(char const *text) {

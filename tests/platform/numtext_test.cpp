@@ -4,8 +4,8 @@
 #include <climits>
 #include <clocale>
 #include <cstdio>
-#include <string>
 
+#include "comma_locale.h"
 #include "cstring.h"
 #include "numtext.h"
 
@@ -50,19 +50,20 @@ TEST(NumTextTest, FloatingTextIgnoresTheLocale) {
   num::StrToD("1e999", nullptr);
   EXPECT_EQ(errno, 0) << "errno is left alone";
 
-  char const *previous = std::setlocale(LC_NUMERIC, nullptr);
-  std::string const saved = previous != nullptr ? previous : "C";
-  if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no locale with a decimal comma";
-  double const parsed = num::StrToD("2.5", nullptr);
+  double parsed = 0;
   CString formatted;
-  formatted.Format("%.1f", 2.5);
   char inScope[16], outside[16];
   {
-    num::CLocaleScope const c;
-    std::snprintf(inScope, sizeof inScope, "%.1f", 2.5);
+    tovik_test::CommaDecimalLocale const comma(LC_NUMERIC);
+    if (!comma.active) GTEST_SKIP() << "no locale with a decimal comma";
+    parsed = num::StrToD("2.5", nullptr);
+    formatted.Format("%.1f", 2.5);
+    {
+      num::CLocaleScope const c;
+      std::snprintf(inScope, sizeof inScope, "%.1f", 2.5);
+    }
+    std::snprintf(outside, sizeof outside, "%.1f", 2.5);
   }
-  std::snprintf(outside, sizeof outside, "%.1f", 2.5);
-  std::setlocale(LC_NUMERIC, saved.c_str());
   EXPECT_EQ(parsed, 2.5);
   EXPECT_STREQ(formatted, "2.5");
   EXPECT_STREQ(inScope, "2.5");
