@@ -3,7 +3,7 @@
 #include <algorithm>
 
 Component &Board::Place(char const *reference, char const *layer, char const *value) {
-  parts.push_back(std::make_unique<Component>(Component{reference, layer, value}));
+  parts.push_back(std::make_unique<Component>(Component{reference, layer, value, SYS_Position(), nullptr}));
   Tell(EvAdded, *parts.back());
   return *parts.back();
 }

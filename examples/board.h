@@ -18,10 +18,14 @@
 #include <memory>
 #include <vector>
 
+struct Footprint;  // board_picture.h
+
 struct Component {
   SYS_String reference;  // "R10", "C1", "U3"
   SYS_String layer;      // "top" or "bottom"
   SYS_String value;      // "10k", "100n"; "DNP" for a part left unfitted
+  SYS_Position position;                // on the board; mirrored on the bottom side
+  Footprint const *footprint = nullptr;  // what it looks like, when it is drawn
 
   SCC_Handle Handle() const { return reinterpret_cast<SCC_Handle>(this); }
   static Component const &Of(SCC_Handle handle) {

@@ -1,14 +1,18 @@
 // A tour of Tovik as an application sees it: strings, failed checks and the
 // failure manager that decides how they end, a notifier whose listeners
 // leave in the middle of a notification, containers, a filtered, sorted
-// view of a board's components (board.h) that follows the board, and
-// coordinates typed in each user unit with a property panel's common value.
+// view of a board's components (board.h) that follows the board,
+// coordinates typed in each user unit with a property panel's common value,
+// files and the message database, and a small board drawn through a
+// recording onto the SVG surface (board_picture.h), written to board.svg.
 #include <stdlib.h>
 #include <tovik.h>
 
 #include <cstdio>
+#include <cstring>
 
 #include "board.h"
+#include "board_picture.h"
 
 namespace {
 
@@ -437,7 +441,206 @@ void ShowFiles() {
   std::printf("\nemptied and removed: %d\n", dir.DeleteAll() && SFM_Directory().DeleteSubdir(folder));
 }
 
+// --- The board picture -------------------------------------------------------
+
+// A small board drawn through a recording replayed onto the SVG surface: the
+// components are placed by positions, listed by designator, selected, and the
+// selection is shown as an exclusive-or overlay. Its texts come from a
+// message database that the build compiles with tovik-mdb.
+
+// The text of a number in the message database's section "board".
+SYS_String Text(int number) {
+  SFM_MessageDB *db = SFM::GetManager()->GetMessageDB();
+  return db->getTxt(db->GetSectionBase("board") + number);
+}
+
+void LoadMessages() {
+  SFM::GetManager()->Initiate(TOVIK_DEMO_MESSAGES);
+  SFM_MessageDB *db = SFM::GetManager()->GetMessageDB();
+  int texts = 0;
+  for (SFM_MessageDB::SectionIterator it(db, "board", 0); !it.IsEmpty(); ++it) ++texts;
+  char const *const name = std::strrchr(TOVIK_DEMO_MESSAGES, '/');
+  std::printf(Text(1), name != nullptr ? name + 1 : TOVIK_DEMO_MESSAGES, texts, "board",
+              db->GetSectionBase("board"));
+  std::printf("\n");
+}
+
+void PlaceComponents(Board &board) {
+  struct Placed {
+    char const *reference, *value;
+    Footprint const &footprint;
+    double x, y, degrees;  // millimetres, counter-clockwise
+    bool bottom;
+  } const placed[] = {
+      {"J1", "HDR4", Header4(), 7, 4, 0, false},
+      {"U1", "MCU", SmallOutline8(), 20, 13, 0, false},
+      {"U2", "EEPROM", SmallOutline8(), 31, 13, 90, true},
+      {"R1", "10k", Chip(), 8, 20, 0, false},
+      {"R2", "10k", Chip(), 8, 15, 0, false},
+      {"R10", "4k7", Chip(), 8, 10, 90, false},
+      {"C1", "100n", Chip(), 20, 21, 180, false},
+      {"C2", "100n", Chip(), 31, 21.5, 45, true},
+      {"C3", "220u", Radial(), 33, 5, 0, false},
+      {"R3", "DNP", Chip(), 20, 5, 30, false}};
+  int mirrored = 0;
+  for (Placed const &p : placed) {
+    Component &part = board.Place(p.reference, p.bottom ? "bottom" : "top", p.value);
+    part.position.Set(SYS_Point(Mm(p.x), Mm(p.y)),
+                      static_cast<std::int32_t>(p.degrees * SYS_ANGLE_PER_DEGREE), p.bottom);
+    part.footprint = &p.footprint;
+    mirrored += p.bottom;
+  }
+  std::printf(Text(2), static_cast<int>(board.Count()), mirrored);
+  std::printf("\n");
+}
+
+// The designators of the rows, all of them or the focused ones only.
+SYS_String Designators(ComponentList &parts, bool focusedOnly) {
+  SYS_String list;
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    if (!focusedOnly || parts.IsInFocus(parts.GetAt(row), nullptr)) list << " " << Ref(parts.GetAt(row));
+  }
+  return list;
+}
+
+// The board's edge, every component and a caption in the user's unit.
+void DrawBoard(CDynamic &drawing, Board const &board, SYS_Convert const &unit) {
+  SYS_Box const edge(0, 0, Mm(40), Mm(25));
+  drawing.StartBatchDraw();
+  DrawEdge(drawing, edge, Mm(2));
+  for (std::size_t i = 0; i < board.Count(); ++i) DrawComponent(drawing, board.At(i));
+  drawing.TextAlign(0, 1);
+  drawing.DrawXorText(FormattedString(Text(10), static_cast<char const *>(unit.Measure2Str(edge.GetWidth())),
+                                      static_cast<char const *>(unit.Measure2Str(edge.GetHeight())),
+                                      unit.GetUnitName()),
+                      Mm(1.2), kEdge, SYS_Point(0, Mm(27)), 0);
+  drawing.EndBatchDraw();  // the surface replays the recording now
+  SYS_Box const covered = drawing.GetExtent();
+  std::printf(Text(4), static_cast<int>(drawing.GetRecording().GetSize()),
+              static_cast<char const *>(unit.Point2Str(covered.GetLowerLeft())),
+              static_cast<char const *>(unit.Point2Str(covered.GetUpperRight())), unit.GetUnitName());
+  std::printf("\n");
+}
+
+// The focus as boxes around the parts, in a batch of its own: starting it
+// replays the boxes of the last selection, which takes them away. Then the
+// property panel's common value, and where the parts stand.
+void Select(CDynamic &overlay, ComponentList &parts, SYS_Convert const &unit) {
+  ValueProperty value;
+  SCC_Variant common;
+  value.GetValue(&parts, common);
+  std::printf(Text(5), static_cast<char const *>(Designators(parts, true)),
+              common.IsEmpty() ? static_cast<char const *>(Text(6))
+                               : static_cast<char const *>(SYS_String(common)));
+  std::printf("\n");
+  overlay.StartBatchDraw();
+  overlay.PenColor(kSelection);
+  for (std::int32_t row = 0; row < parts.GetSize(); ++row) {
+    Component const &part = Component::Of(parts.GetAt(row));
+    if (!parts.IsInFocus(part.Handle(), nullptr)) continue;
+    SYS_Box box = ComponentBox(part);
+    box.Expand(Mm(0.4));
+    overlay.DrawXorBox(box);
+    std::printf(Text(7), static_cast<char const *>(part.reference),
+                static_cast<char const *>(unit.Point2Str(part.position.GetOrigin())), unit.GetUnitName(),
+                static_cast<char const *>(unit.Angle2Str(part.position.GetOrientation())));
+    std::printf("\n");
+  }
+  overlay.EndBatchDraw();
+}
+
+bool WriteFile(char const *name, SYS_String const &text) {
+  SFM_File out(name, "wb");
+  return out.IsOpen() && out.Write(static_cast<char const *>(text), text.GetLength()) != 0;
+}
+
+void ShowBoardPicture() {
+  Section("Board picture");
+  LoadMessages();
+  Board board;
+  PlaceComponents(board);
+
+  ComponentList parts(board);
+  parts.SetSort(&ComponentList::ByReference, 0);
+  parts.AllowReload(1);
+  std::printf(Text(3), static_cast<char const *>(Designators(parts, false)));
+  std::printf("\n");
+
+  // The user works in millimetres; the view shows the board with a margin.
+  SYS_Convert const unit(SYS_UNIT_MILLIMETERS);
+  UI_SvgDrawArea area(SYS_Box(-Mm(2), -Mm(2), Mm(42), Mm(29)), 880);
+  area.PenMode(UI_SvgDrawArea::kXorMode);  // recordings are overlays
+  CDynamic drawing(&area), overlay(&area);
+  DrawBoard(drawing, board, unit);
+
+  parts.SetFocus(board.Find("R1")->Handle(), 0);
+  parts.SetFocus(board.Find("R2")->Handle(), 1);
+  Select(overlay, parts, unit);
+  parts.SetFocus(board.Find("R10")->Handle(), 1);
+  Select(overlay, parts, unit);
+
+  SYS_String const svg = area.GetSvg();
+  if (WriteFile("board.svg", svg)) {
+    std::printf(Text(8), "board.svg", svg.GetLength());
+  } else {
+    std::printf(Text(9), "board.svg");
+  }
+  std::printf("\n");
+}
+
 }  // namespace
+
+// --- Placing a component ----------------------------------------------------
+
+double Mm(std::int32_t world) { return static_cast<double>(world) / SYS_WORLD_PER_MM; }
+
+void PrintBox(char const *what, SYS_Box const &box) {
+  std::printf("  %-13s (%8.4f, %8.4f) .. (%8.4f, %8.4f) mm\n", what, Mm(box.GetLeft()), Mm(box.GetLower()),
+              Mm(box.GetRight()), Mm(box.GetUpper()));
+}
+
+// A two-pad part drawn around its own origin, with a half-circle outline
+// around pin 1, placed on the board turned by 30 degrees and flipped to the
+// bottom side: every shape goes through one transform built from the
+// position, and the part's box is accumulated from the neutral box.
+void ShowPlacement() {
+  Section("Placing a component");
+  std::int32_t const um = SYS_WORLD_PER_MICRON;
+  SYS_Box pads[2] = {{-1600 * um, -700 * um, -400 * um, 700 * um}, {400 * um, -700 * um, 1600 * um, 700 * um}};
+  SYS_Arc outline(SYS_Point(-1000 * um, 2000 * um), SYS_Point(-1000 * um, -2000 * um), SYS_Point(-1000 * um, 0),
+                  2000 * um);
+
+  SYS_Position const position(SYS_Point(25400 * um, 12700 * um), 30 * SYS_ANGLE_PER_DEGREE, 1);
+  // Local coordinates around the origin are carried to the position: no
+  // entry move, flip after the turn.
+  SYS_Transform const place(position, 0, 1, 0);
+  std::printf("at (%.4f, %.4f) mm, turned %d degrees, mirrored %d\n", Mm(position.GetOrigin().x),
+              Mm(position.GetOrigin().y), position.GetOrientation() / SYS_ANGLE_PER_DEGREE, position.GetMirror());
+
+  SYS_Box all = SYS_Box::Neutral();
+  for (int i = 0; i < 2; ++i) {
+    PrintBox(i == 0 ? "pad 1 local" : "pad 2 local", pads[i]);
+    pads[i].Transform(place);
+    PrintBox("  placed", pads[i]);
+    all.Combine(pads[i]);
+  }
+  std::printf("  outline local  from (%.4f, %.4f) to (%.4f, %.4f), sweep %.1f degrees\n",
+              Mm(outline.start.x), Mm(outline.start.y), Mm(outline.end.x), Mm(outline.end.y),
+              outline.GetSizeAngle() / static_cast<double>(SYS_ANGLE_PER_DEGREE));
+  outline.Transform(place);
+  // The radius keeps its sign under a mirror, so the placed arc is read the
+  // other way round: its ends swap to keep the drawn half.
+  SYS_Arc const drawn(outline.end, outline.start, outline.center, outline.radius);
+  std::printf("  outline placed from (%.4f, %.4f) to (%.4f, %.4f), centre (%.4f, %.4f)\n", Mm(drawn.start.x),
+              Mm(drawn.start.y), Mm(drawn.end.x), Mm(drawn.end.y), Mm(drawn.center.x), Mm(drawn.center.y));
+  PrintBox("outline box", drawn.GetBox());
+  all.Combine(drawn.GetBox());
+  PrintBox("part box", all);
+  SYS_Location pin1(SYS_Point(-1000 * um, 0), 0);
+  pin1.Transform(place);
+  std::printf("  pin 1 at (%.4f, %.4f) mm, facing %.1f degrees\n", Mm(pin1.GetOrigin().x), Mm(pin1.GetOrigin().y),
+              pin1.GetOrientation() / static_cast<double>(SYS_ANGLE_PER_DEGREE));
+}
 
 int main() {
   ShowStrings();
@@ -448,5 +651,7 @@ int main() {
   ShowCollections();
   ShowUnitsAndProperties();
   ShowFiles();
+  ShowPlacement();
+  ShowBoardPicture();
   return 0;
 }

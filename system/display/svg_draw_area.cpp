@@ -37,9 +37,10 @@ T Saturate(double v) {
 // A world coordinate as the document writes it; y is negated by the caller.
 std::string Num(double v) { return std::to_string(Saturate<std::int64_t>(v)); }
 
-std::string Degrees(double d) {
-  char text[40];
-  tovik::num::FormatFixed(text, sizeof text, d, 4);
+// A number with at most `places` decimals, in the "C" locale.
+std::string Decimal(double d, int places) {
+  char text[48];
+  tovik::num::FormatFixed(text, sizeof text, d == d ? d : 0.0, places);
   std::string s(text);
   while (s.back() == '0') s.pop_back();
   if (s.back() == '.') s.pop_back();
@@ -324,13 +325,16 @@ SYS_Box UI_SvgDrawArea::Text(char const *text, std::int32_t height, int colour, 
     }
   }
   if (draw) {
-    std::string element = "<text x=\"" + Num(where.x + left) + "\" y=\"" + Num(-(where.y + base)) +
-                          "\" font-size=\"" + Num(h) + '"' + Fill(*this, colour);
-    if (Degrees(textAngle) != "0") {
-      element +=
-          " transform=\"rotate(" + Degrees(-textAngle) + ' ' + Point(where.x, where.y) + ")\"";
-    }
-    document->Add(element + '>' + Escaped(text) + "</text>", exclusive);
+    // Written in pixels and scaled into the world: renderers make their
+    // fonts at the size the text states, and a height in world units is far
+    // beyond what a font engine takes.
+    std::string turn = Decimal(-textAngle, 4);
+    turn = turn == "0" ? std::string() : " rotate(" + turn + ')';
+    document->Add("<text transform=\"translate(" + Point(where.x, where.y) + ')' + turn + " scale(" +
+                      Decimal(1 / scale, 6) + ")\" x=\"" + Decimal(left * scale, 2) + "\" y=\"" +
+                      Decimal(-base * scale, 2) + "\" font-size=\"" + Decimal(h * scale, 2) + '"' +
+                      Fill(*this, colour) + '>' + Escaped(text) + "</text>",
+                  exclusive);
   }
   return SYS_Box(Saturate<std::int32_t>(lo[0]), Saturate<std::int32_t>(lo[1]),
                  Saturate<std::int32_t>(hi[0]), Saturate<std::int32_t>(hi[1]));

@@ -1,8 +1,8 @@
 // Segments, circles, arcs and boxes: arc angles, extremes and box, and the
 // box operations that combine, intersect and clip.
 #include <algorithm>
-#include <cstddef>
 #include <type_traits>
+#include <utility>
 
 #include "sys_shapes.h"
 #include "sys_transform.h"
@@ -77,7 +77,20 @@ AxisSweep SweepAxis(std::int32_t thisLow, std::int32_t thisHigh, std::int32_t ot
   int const otherSign = otherLow >= otherHigh ? -1 : 1;
   Breakpoint table[4] = {
       {thisLow, thisSign}, {thisHigh, -thisSign}, {otherLow, 2 * otherSign}, {otherHigh, -2 * otherSign}};
-  std::sort(table, table + 4, [](Breakpoint const &a, Breakpoint const &b) { return a.value < b.value; });
+  // A sorting network of five compare-exchanges, written as selects: the
+  // order of random boxes' edges is not predictable, a branch would miss.
+  auto const order = [&table](int i, int j) {
+    bool const swap = table[j].value < table[i].value;
+    Breakpoint const low = swap ? table[j] : table[i];
+    Breakpoint const high = swap ? table[i] : table[j];
+    table[i] = low;
+    table[j] = high;
+  };
+  order(0, 1);
+  order(2, 3);
+  order(0, 2);
+  order(1, 3);
+  order(1, 2);
 
   AxisSweep sweep{};
   int deltas[4];

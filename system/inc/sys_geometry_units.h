@@ -16,7 +16,12 @@
 #ifndef TOVIK_SYS_GEOMETRY_UNITS_H
 #define TOVIK_SYS_GEOMETRY_UNITS_H
 
+#include <cmath>
 #include <cstdint>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "tovik_export.h"
 
@@ -55,10 +60,24 @@ inline std::int32_t SYS_Truncate(double value) {
 
 // Rounds by adding 0.5 (or -0.5 for a negative value) and truncating, so
 // halves go away from zero: 2.5 gives 3 and -2.5 gives -3. The addition is
-// done in double, exactly as written; limits as for SYS_Truncate.
-inline std::int32_t SYS_Round(double value) {
-  return SYS_Truncate(value < 0.0 ? value - 0.5 : value + 0.5);
+// done in double, exactly as written; limits as for SYS_Truncate. The half
+// takes the value's sign bit rather than a branch on the sign, which would be
+// mispredicted half the time over mixed coordinates; so -0.0 gets -0.5 where
+// the rule says +0.5, and both truncate to 0.
+inline std::int32_t SYS_Round(double value) { return SYS_Truncate(value + std::copysign(0.5, value)); }
+
+#if defined(__SSE2__)
+// SYS_Round of both lanes, without a branch: the half of each lane's sign is
+// added, NaN is masked to 0, the lanes are capped at 2147483647 and
+// truncated. Below the range the conversion itself gives -2147483648, the
+// saturated value. So every input gives what SYS_Round gives; the two
+// results are the low two 32-bit lanes, in order.
+inline __m128i _SYS_RoundPacked(__m128d v) {
+  v = _mm_add_pd(v, _mm_or_pd(_mm_and_pd(v, _mm_set1_pd(-0.0)), _mm_set1_pd(0.5)));
+  v = _mm_and_pd(v, _mm_cmpeq_pd(v, v));
+  return _mm_cvttpd_epi32(_mm_min_pd(v, _mm_set1_pd(2147483647.0)));
 }
+#endif
 
 // Sum, difference and product modulo 2^32, as 32-bit integer arithmetic on
 // coordinates is defined to behave.

@@ -128,8 +128,17 @@ class TOVIK_API SYS_DoublePoint {
     y = other.y;
     return *this;
   }
-  // Each coordinate rounded.
-  operator SYS_Point() const { return SYS_Point(SYS_Round(x), SYS_Round(y)); }
+  // Each coordinate rounded. On x86-64 both in one vector register without
+  // a branch: this is the last step of every transformed point.
+  operator SYS_Point() const {
+#if defined(__SSE2__)
+    SYS_Point p;
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(&p), _SYS_RoundPacked(_mm_set_pd(y, x)));
+    return p;
+#else
+    return SYS_Point(SYS_Round(x), SYS_Round(y));
+#endif
+  }
 
   double GetX() const { return x; }
   double GetY() const { return y; }

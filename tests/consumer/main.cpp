@@ -17,6 +17,9 @@ int main() {
   hook.AddHook(&notifier);
   notifier.Notify(EvChanged, nullptr);
   int const result = SSM_AssertFailed("consumer check", __FILE__, __LINE__, SSM_FailureNotice, 0);
-  std::printf("%s heard=%d assert=%d\n", static_cast<char const *>(text), heard, result);
-  return (text == "R105" && heard == 1 && result == 0) ? 0 : 1;
+  SFM::GetManager()->Initiate(CONSUMER_MESSAGES);
+  SYS_String const error = SFM::GetManager()->GetMessageDB()->getTxt(4);  // [errors] 1: its base is 3
+  std::printf("%s heard=%d assert=%d message=\"%s\"\n", static_cast<char const *>(text), heard,
+              result, static_cast<char const *>(error));
+  return (text == "R105" && heard == 1 && result == 0 && error == "Cannot open %s") ? 0 : 1;
 }

@@ -7,7 +7,6 @@ namespace {
 
 struct Node : SYS_GeomNode {
   explicit Node(short type = SGN_NONE) { SetNodeType(type); }
-  Node(Node const &) = default;
 };
 
 // Links a ring in the given order: first -> second -> ... -> first.
@@ -24,7 +23,6 @@ TEST(GeomNode, WalksAndBarrier) {
   a.IncludeRoot(&a);  // would cut the ring behind a
   a.IncludeRoot(nullptr);
   EXPECT_EQ(a.GetRoot(), &c) << "the ring is a, c, b";
-  EXPECT_EQ(c.GetRoot(), &b);
   EXPECT_EQ(b.GetDBRoot(), &c) << "the nearer one, forward";
   EXPECT_EQ(c.GetNextGeomRoot(), &a);
   EXPECT_EQ(a.NextRoot(&c, SGN_DB_ROOT), &b) << "behind from";

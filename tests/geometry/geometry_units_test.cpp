@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "sys_geometry_units.h"
+#include "sys_point.h"
 
 namespace {
 
@@ -38,6 +39,9 @@ TEST(GeometryUnits, RoundTruncateAndWrap) {
     TRACE_ROW(c);
     EXPECT_EQ(SYS_Round(c.value), c.rounded);
     EXPECT_EQ(SYS_Truncate(c.value), c.truncated);
+    // A double point rounds both coordinates at once, by its own path.
+    SYS_Point const both = SYS_DoublePoint(c.value, -c.value);
+    EXPECT_TRUE(both.x == c.rounded && both.y == SYS_Round(-c.value));
   }
   EXPECT_EQ(SYS_WrapAdd(INT32_MAX, 1), INT32_MIN);
   EXPECT_EQ(SYS_WrapSub(INT32_MIN, 1), INT32_MAX);

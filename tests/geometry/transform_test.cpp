@@ -36,16 +36,11 @@ TEST(Transform, Images) {
       {"mirror direction (0, 1.5)", "q < 4: (1, 0)", MADE(SetMirror(kP, 0.0, 1.5)), {1010, 7}, {1010, 3993}},
       {"rotation direction (0, 1.5)", "normalised", MADE(SetRotate(kP, 0.0, 1.5)), {1010, 2000}, {1000, 2010}},
       {"null rotation direction", "angle 0", MADE(SetRotate(kP, 0.0, 0.0)), {3, 4}, {3, 4}},
-      {"swapped frame", "the numbers trade places and signs: -90", MADE(SetCoordSys(kP, 1.0, 0.0)), {1000, 2010},
-       {10, 0}},
+      {"swapped frame", "places and signs trade: -90", MADE(SetCoordSys(kP, 1.0, 0.0)), {1000, 2010}, {10, 0}},
       {"scale by -2", "a half turn around P", MADE(SetScale(kP, -2.0)), {1001, 2003}, {998, 1994}},
-      {"halves", "0.5 * -3 rounds to -2", MADE(SetScale(SYS_Point(), 0.5)), {-3, 3}, {-2, 2}},
-      {"box fit", "scale min(400 / 100, 100 / 50), centre on centre",
-       MADE(SetBoxConv({0, 0}, {100, 50}, {1000, 1000, 1400, 1100})), {100, 50}, {1300, 1100}},
-      {"degenerate box fit", "infinite scale, NaN images: 0", MADE(SetBoxConv({5, 5}, {5, 5}, {0, 0, 10, 10})),
-       {7, 9}, {0, 0}},
-      {"beyond 32 bits", "the image saturates", {SYS_Point(SYS_MAX_COORD, 0), 0, 0, 0, 1, 0}, {2000000000, -5},
-       {INT32_MAX, -5}},
+      {"box fit", "scale 2", MADE(SetBoxConv({0, 0}, {100, 50}, {1000, 1000, 1400, 1100})), {100, 50}, {1300, 1100}},
+      {"degenerate fit", "NaN images: 0", MADE(SetBoxConv({5, 5}, {5, 5}, {0, 0, 10, 10})), {7, 9}, {0, 0}},
+      {"beyond 32 bits", "saturates", {SYS_Point(SYS_MAX_COORD, 0), 0, 0, 0, 1, 0}, {2000000000, -5}, {INT32_MAX, -5}},
   };
   for (auto const &c : cases) {
     TRACE_ROW(c);
@@ -82,9 +77,7 @@ TEST(Transform, PlacementsRoundTripThroughTheirInverse) {
 TEST(Transform, AnglesAndComposition) {
   SYS_Transform turn, flip = MADE(SetMirror(SYS_Point(), 0.0, 1.0));
   turn.SetRotate(kP, 90 * kDegree);
-  EXPECT_EQ(flip.GetOrientation(), SYS_HALF_CIRCLE);
-  EXPECT_EQ((turn - turn).GetOrientation(), 0);
-  EXPECT_NEAR((turn - turn).xy, 0.0, 1e-15);
+  EXPECT_TRUE((turn - turn).GetOrientation() == 0 && std::fabs((turn - turn).xy) < 1e-15);
   EXPECT_EQ((flip - flip).GetOrientation(), -SYS_FULL_CIRCLE) << "truncated(o * -1) + (-o)";
   EXPECT_EQ(MADE(SetRotate(kP, 3.0, -4.0)).GetOrientation(), 552365815) << "not atan2, which gives ...816";
   EXPECT_FALSE(MADE(SetScale(kP, -2.0)).GetMirror());
@@ -106,12 +99,10 @@ TEST(Transform, AnglesAndComposition) {
     std::int32_t angle, sweep, angleOut, sweepOut;
   } const cases[] = {
       {"negative angle", "brought into one turn", {}, -1, -700000000, 647999999, SYS_FULL_CIRCLE},
-      {"two turns", "a full turn itself stays", {}, 2 * SYS_FULL_CIRCLE, -SYS_FULL_CIRCLE, SYS_FULL_CIRCLE,
-       -SYS_FULL_CIRCLE},
+      {"two turns", "a turn stays", {}, 2 * SYS_FULL_CIRCLE, -SYS_FULL_CIRCLE, SYS_FULL_CIRCLE, -SYS_FULL_CIRCLE},
       {"turned by a quarter", "orientation added", turn, SYS_FULL_CIRCLE - 1, 5, 161999999, 5},
       {"mirrored", "-100 plus pi radians, rounded, then one turn", flip, 100, 5, 647999903, -5},
-      {"orientation beyond 32 bits", "the sum wraps before the turns",
-       MADE(SetRotate(SYS_Point(), INT32_MAX)), 600000000, 0, 396516351, 0},
+      {"orientation past 32 bits", "wraps", MADE(SetRotate(SYS_Point(), INT32_MAX)), 600000000, 0, 396516351, 0},
   };
   for (auto const &c : cases) {
     TRACE_ROW(c);
@@ -126,11 +117,9 @@ TEST(Transform, AnglesAndComposition) {
   SYS_Transform squash = MADE(SetScale(kP, 0.0));
   EXPECT_EQ(squash - SYS_Point(3, 4), SYS_Point(3, 4));
   EXPECT_EQ(squash - 5, INT32_MAX) << "5 / 0 saturates";
-  SYS_Transform thin;
+  SYS_Transform thin, inverse;
   thin.scale = 0.0;
-  SYS_Transform inverse;
-  EXPECT_EQ(thin.SetRConv(inverse), 0);
-  EXPECT_EQ(thin.scale, 1.0);
+  EXPECT_TRUE(thin.SetRConv(inverse) == 0 && thin.scale == 1.0);
 }
 
 TEST(Transform, MembersOfPointsAndShapes) {

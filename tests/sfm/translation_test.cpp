@@ -22,8 +22,7 @@ TEST(TranslationTest, CachesTheFirstAnswer) {
   EXPECT_STREQ(TR(77000), "");  // a miss, cached as empty
   std::string const longText(1500, 'x');
   static res::StringEntry const library[] = {{77000, "too late"}, {77001, "library"}};
-  static res::StringEntry application[] = {{77001, "application"}, {77002, nullptr}};
-  application[1].text = longText.c_str();
+  res::StringEntry const application[] = {{77001, "application"}, {77002, longText.c_str()}};
   res::RegisterStringTable(library, 2, res::TableOwner::Library);
   res::RegisterStringTable(application, 2, res::TableOwner::Application);
   EXPECT_STREQ(TR(77000), "") << "a miss stays a miss";

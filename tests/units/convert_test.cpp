@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cmath>
 #include <string>
 
+#include "comma_locale.h"
 #include "scc_variant.h"
 #include "sys_convert.h"
 
@@ -94,10 +94,8 @@ TEST(ValueTextTest, FormattingAndRoundTrips) {
 }
 
 TEST(ValueTextTest, IgnoresTheProcessLocale) {
-  std::string const saved = std::setlocale(LC_ALL, nullptr);
-  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr && std::setlocale(LC_ALL, "de_DE.utf8") == nullptr) {
-    GTEST_SKIP() << "no locale with a decimal comma on this machine";
-  }
+  tovik_test::CommaDecimalLocale const comma;
+  if (!comma.active) GTEST_SKIP() << "no locale with a decimal comma on this machine";
   double d = 0;
   EXPECT_EQ(SYS_Convert().Str2Double("1.5", &d) * d, 1.5);
   EXPECT_STREQ(SYS_Convert().Base2Str(57150), "1.5");
@@ -106,7 +104,6 @@ TEST(ValueTextTest, IgnoresTheProcessLocale) {
   SCC_Variant const v(3);
   EXPECT_EQ(v.Validate("[0.5,2.5]", nullptr), 0);
   EXPECT_STREQ(SYS_String(v), "Please enter a value within the [0.500000,2.500000] range.");
-  std::setlocale(LC_ALL, saved.c_str());
 }
 
 }  // namespace
