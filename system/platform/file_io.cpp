@@ -22,9 +22,10 @@ FaultHook faultHook = nullptr;
 // (the *_unlocked calls): a lookup of a text takes two fewer lock pairs.
 
 // Streams whose error state was set by the hook; cleared with the real one.
+// Never destroyed: files are still closed by the clean-ups at exit.
 std::vector<FILE *> &Faulted() {
-  static std::vector<FILE *> streams;
-  return streams;
+  static std::vector<FILE *> *const streams = new std::vector<FILE *>();
+  return *streams;
 }
 
 // The hook's verdict on one call: 0 to go ahead, else errno is set and the
