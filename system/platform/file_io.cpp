@@ -62,7 +62,7 @@ class ErrnoKeeper {
   int saved;
 };
 
-// Transfers of a copy: the whole count, or -1 with errno set.
+// The transfers of a copy: false with errno set on a failure.
 bool ReadAll(int fd, char *buffer, std::size_t size, std::size_t &got) {
   if (Fault(Operation::Read) != 0) return false;
   for (;;) {
@@ -222,11 +222,12 @@ int CopyFile(char const *from, char const *to) {
     if (!ok || got == 0) break;
     ok = WriteAll(out, buffer.data(), got);
   }
-  if (ok) ok = ::close(out) == 0;
+  bool const closing = ok;  // a close releases the descriptor even when it fails
+  if (closing) ok = ::close(out) == 0;
   if (ok) ok = ::rename(temporary.c_str(), target.c_str()) == 0;
   if (!ok) {
     ErrnoKeeper keep;
-    ::close(out);  // a second close of a closed descriptor only fails
+    if (!closing) ::close(out);
     ::unlink(temporary.c_str());
   }
   ErrnoKeeper keep;
