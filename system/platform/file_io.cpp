@@ -22,9 +22,10 @@ FaultHook faultHook = nullptr;
 // (the *_unlocked calls): a lookup of a text takes two fewer lock pairs.
 
 // Streams whose error state was set by the hook; cleared with the real one.
+// Never destroyed: files are still closed by the clean-ups at exit.
 std::vector<FILE *> &Faulted() {
-  static std::vector<FILE *> streams;
-  return streams;
+  static std::vector<FILE *> *const streams = new std::vector<FILE *>();
+  return *streams;
 }
 
 // The hook's verdict on one call: 0 to go ahead, else errno is set and the
@@ -61,7 +62,7 @@ class ErrnoKeeper {
   int saved;
 };
 
-// Transfers of a copy: the whole count, or -1 with errno set.
+// The transfers of a copy: false with errno set on a failure.
 bool ReadAll(int fd, char *buffer, std::size_t size, std::size_t &got) {
   if (Fault(Operation::Read) != 0) return false;
   for (;;) {
@@ -221,11 +222,12 @@ int CopyFile(char const *from, char const *to) {
     if (!ok || got == 0) break;
     ok = WriteAll(out, buffer.data(), got);
   }
-  if (ok) ok = ::close(out) == 0;
+  bool const closing = ok;  // a close releases the descriptor even when it fails
+  if (closing) ok = ::close(out) == 0;
   if (ok) ok = ::rename(temporary.c_str(), target.c_str()) == 0;
   if (!ok) {
     ErrnoKeeper keep;
-    ::close(out);  // a second close of a closed descriptor only fails
+    if (!closing) ::close(out);
     ::unlink(temporary.c_str());
   }
   ErrnoKeeper keep;
