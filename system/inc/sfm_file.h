@@ -175,9 +175,9 @@ class TOVIK_API SFM_File : public SCC_SafeDListNode<SFM_File> {
   int RaiseEvent(int code);
   // The error state of a transfer that just ran: on an error, raises code.
   bool TransferFailed(int code);
-  // The binary transfers behind Get and Put.
-  bool GetBytes(void *value, std::int32_t width);
-  int PutBytes(void const *value, std::int32_t width);
+  // The binary transfers behind Get and Put, reversing the bits on request.
+  bool GetBytes(void *value, std::int32_t width, int reverse);
+  int PutBytes(void const *value, std::int32_t width, int reverse);
   bool IsBinary() const;
 
   FILE *stream;

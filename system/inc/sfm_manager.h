@@ -7,7 +7,7 @@
 // When an open fails because the process has run out of file handles, the
 // manager closes the least recently opened file that can be spared and
 // answers 2 at once, without telling anybody; so any number of files can be
-// open. There is no counter and no budget: it acts only when an open fails.
+// open. There is no budget: it acts only when an open fails.
 //
 // The manager is made by the first GetManager() and destroyed by a clean-up
 // at process exit; from then on GetManager() answers null for good, and files
@@ -21,10 +21,10 @@
 
 #include <cstdint>
 
+#include "scc_array.h"
 #include "scc_event.h"
 #include "scc_map.h"
 #include "scc_safe_list.h"
-#include "scc_array.h"
 #include "sfm_directory.h"
 #include "sfm_file.h"
 #include "sys_string.h"

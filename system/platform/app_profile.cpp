@@ -15,9 +15,10 @@ namespace tovik::app {
 
 namespace {
 
+// Never destroyed, so that the profile can still be read in the clean-ups at exit.
 std::string &ProfilePath() {
-  static std::string path;
-  return path;
+  static std::string *const path = new std::string();
+  return *path;
 }
 
 std::string Trim(std::string const &text) {

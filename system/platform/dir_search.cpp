@@ -23,9 +23,11 @@ struct Search {
   std::string pattern;    // the name part
 };
 
+// Never destroyed: directories of the file manager end their searches in the
+// clean-ups at exit.
 std::vector<std::unique_ptr<Search>> &Searches() {
-  static std::vector<std::unique_ptr<Search>> searches;
-  return searches;
+  static auto *const searches = new std::vector<std::unique_ptr<Search>>();
+  return *searches;
 }
 
 Search *Find(std::int32_t handle) {

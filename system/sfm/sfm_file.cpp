@@ -22,15 +22,19 @@ U ReverseBits(U value) {
   return result;
 }
 
-// A value of type T with its bits reversed over its width.
-template <class T, class U>
-T Reversed(T value) {
+template <class U>
+void ReverseAs(void *value) {
   U bits;
-  static_assert(sizeof(T) == sizeof(U), "same width");
-  std::memcpy(&bits, &value, sizeof bits);
+  std::memcpy(&bits, value, sizeof bits);
   bits = ReverseBits(bits);
-  std::memcpy(&value, &bits, sizeof bits);
-  return value;
+  std::memcpy(value, &bits, sizeof bits);
+}
+
+// Reverses the order of the bits of a value of 1, 2 or 4 bytes in place.
+void ReverseInPlace(void *value, std::int32_t width) {
+  if (width == 1) ReverseAs<std::uint8_t>(value);
+  if (width == 2) ReverseAs<std::uint16_t>(value);
+  if (width == 4) ReverseAs<std::uint32_t>(value);
 }
 
 std::int32_t ToPosition(std::int64_t position) {
@@ -330,88 +334,63 @@ int SFM_File::Write(void const *buffer, std::int32_t count) {
 
 bool SFM_File::IsBinary() const { return mode.Find('b') >= 0; }
 
-bool SFM_File::GetBytes(void *value, std::int32_t width) {
+bool SFM_File::GetBytes(void *value, std::int32_t width, int reverse) {
   SSM_CHECK(IsBinary(), "Tovik: Can't call Get on text file");
-  return Read(value, width) == width;
+  bool const whole = Read(value, width) == width;
+  if (reverse != 0) ReverseInPlace(value, width);
+  return whole;
 }
 
-int SFM_File::PutBytes(void const *value, std::int32_t width) {
+int SFM_File::PutBytes(void const *value, std::int32_t width, int reverse) {
   SSM_CHECK(IsBinary(), "Tovik: Can't call Put on text file");
-  return Write(value, width);
+  unsigned char bytes[8];
+  std::memcpy(bytes, value, static_cast<std::size_t>(width));
+  if (reverse != 0) ReverseInPlace(bytes, width);
+  return Write(bytes, width);
 }
 
 double SFM_File::Get(double &value) {
-  GetBytes(&value, sizeof value);
+  GetBytes(&value, sizeof value, 0);
   return value;
 }
 
 std::uint32_t SFM_File::Get(std::uint32_t &value, int reverse) {
-  GetBytes(&value, sizeof value);
-  if (reverse != 0) value = Reversed<std::uint32_t, std::uint32_t>(value);
+  GetBytes(&value, sizeof value, reverse);
   return value;
 }
 
 std::int32_t SFM_File::Get(std::int32_t &value, int reverse) {
-  GetBytes(&value, sizeof value);
-  if (reverse != 0) value = Reversed<std::int32_t, std::uint32_t>(value);
+  GetBytes(&value, sizeof value, reverse);
   return value;
 }
 
 unsigned char SFM_File::Get(unsigned char &value, int reverse) {
-  GetBytes(&value, sizeof value);
-  if (reverse != 0) value = Reversed<unsigned char, std::uint8_t>(value);
+  GetBytes(&value, sizeof value, reverse);
   return value;
 }
 
 char SFM_File::Get(char &value, int reverse) {
-  GetBytes(&value, sizeof value);
-  if (reverse != 0) value = Reversed<char, std::uint8_t>(value);
+  GetBytes(&value, sizeof value, reverse);
   return value;
 }
 
 unsigned short SFM_File::Get(unsigned short &value, int reverse) {
-  GetBytes(&value, sizeof value);
-  if (reverse != 0) value = Reversed<unsigned short, std::uint16_t>(value);
+  GetBytes(&value, sizeof value, reverse);
   return value;
 }
 
 short SFM_File::Get(short &value, int reverse) {
-  GetBytes(&value, sizeof value);
-  if (reverse != 0) value = Reversed<short, std::uint16_t>(value);
+  GetBytes(&value, sizeof value, reverse);
   return value;
 }
 
-int SFM_File::Put(double value) { return PutBytes(&value, sizeof value); }
-
-int SFM_File::Put(std::uint32_t value, int reverse) {
-  if (reverse != 0) value = Reversed<std::uint32_t, std::uint32_t>(value);
-  return PutBytes(&value, sizeof value);
-}
-
-int SFM_File::Put(std::int32_t value, int reverse) {
-  if (reverse != 0) value = Reversed<std::int32_t, std::uint32_t>(value);
-  return PutBytes(&value, sizeof value);
-}
-
-int SFM_File::Put(unsigned char value, int reverse) {
-  if (reverse != 0) value = Reversed<unsigned char, std::uint8_t>(value);
-  return PutBytes(&value, sizeof value);
-}
-
-int SFM_File::Put(char value, int reverse) {
-  if (reverse != 0) value = Reversed<char, std::uint8_t>(value);
-  return PutBytes(&value, sizeof value);
-}
-
-int SFM_File::Put(unsigned short value, int reverse) {
-  if (reverse != 0) value = Reversed<unsigned short, std::uint16_t>(value);
-  return PutBytes(&value, sizeof value);
-}
-
-int SFM_File::Put(short value, int reverse) {
-  if (reverse != 0) value = Reversed<short, std::uint16_t>(value);
-  return PutBytes(&value, sizeof value);
-}
+int SFM_File::Put(double value) { return PutBytes(&value, sizeof value, 0); }
+int SFM_File::Put(std::uint32_t value, int reverse) { return PutBytes(&value, sizeof value, reverse); }
+int SFM_File::Put(std::int32_t value, int reverse) { return PutBytes(&value, sizeof value, reverse); }
+int SFM_File::Put(unsigned char value, int reverse) { return PutBytes(&value, sizeof value, reverse); }
+int SFM_File::Put(char value, int reverse) { return PutBytes(&value, sizeof value, reverse); }
+int SFM_File::Put(unsigned short value, int reverse) { return PutBytes(&value, sizeof value, reverse); }
+int SFM_File::Put(short value, int reverse) { return PutBytes(&value, sizeof value, reverse); }
 
 char SFM_File::GetChar() {
   if (!IsOpen() || !Ready()) return -1;

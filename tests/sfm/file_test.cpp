@@ -77,9 +77,9 @@ TEST(FileTest, BinaryValuesAndThePositionStack) {
 }
 
 // Opening b while the process has no handle left closes a for a while.
-void RunOutOfHandlesOpening(SFM_File &b) {
+void RunOutOfHandlesOpening(SFM_File &b, char const *mode) {
   FailNth const once(1, EMFILE, {Op::Open});
-  EXPECT_EQ(b.Open(""), 1);
+  EXPECT_EQ(b.Open(mode), 1);
 }
 
 TEST(FileTest, TempCloseRoundTripIsInvisible) {
@@ -89,9 +89,8 @@ TEST(FileTest, TempCloseRoundTripIsInvisible) {
   SFM_File a(pathA.c_str(), "w");
   a.Write("abc", 3);
   SFM_File b(pathB.c_str());
-  b.SetMode("w");
   Recorder events;
-  RunOutOfHandlesOpening(b);  // a is the least recently opened: it goes
+  RunOutOfHandlesOpening(b, "w");  // a is the least recently opened: it goes
   EXPECT_EQ(events.Codes(), (std::vector<int>{101, 102})) << "the subscribers never hear of it";
   EXPECT_EQ(ReadAll(pathA), "abc") << "a's stream let go of the file";
   EXPECT_TRUE(a.IsOpen());
@@ -108,8 +107,7 @@ TEST(FileTest, TempCloseRoundTripIsInvisible) {
   b.Close();
   b.Open("a");  // now c is the older of the two
   SFM_File d((dir / "d.txt").c_str());
-  d.SetMode("w");
-  RunOutOfHandlesOpening(d);  // c goes
+  RunOutOfHandlesOpening(d, "w");  // c goes
   events.heard.clear();
   {
     FailNth const once(1, EMFILE, {Op::Open});
@@ -127,8 +125,7 @@ TEST(FileTest, AFileThatCannotComeBackIsReported) {
   WriteAll(path, "line\n");
   SFM_File a(path.c_str(), "r");
   SFM_File b((dir / "b.txt").c_str());
-  b.SetMode("w");
-  RunOutOfHandlesOpening(b);
+  RunOutOfHandlesOpening(b, "w");
   std::filesystem::remove(path);
   Recorder events;
   EXPECT_TRUE(sfm_test::FailsCheck([&] { a.GetLine(); })) << "the line cannot be read";

@@ -29,8 +29,6 @@ class TempDir {
     path = ::mkdtemp(&pattern[0]);
   }
   ~TempDir() { std::filesystem::remove_all(path); }
-  TempDir(TempDir const &) = delete;
-  TempDir &operator=(TempDir const &) = delete;
   std::string operator/(std::string const &name) const { return path + "/" + name; }
 
   std::string path;
@@ -83,8 +81,6 @@ class FailNth {
     tovik::io::SetFaultHook(&Hook);
   }
   ~FailNth() { tovik::io::SetFaultHook(nullptr); }
-  FailNth(FailNth const &) = delete;
-  FailNth &operator=(FailNth const &) = delete;
   static int Count() { return seen; }
 
  private:
