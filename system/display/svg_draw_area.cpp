@@ -42,8 +42,10 @@ std::string Decimal(double d, int places) {
   char text[48];
   tovik::num::FormatFixed(text, sizeof text, d == d ? d : 0.0, places);
   std::string s(text);
-  while (s.back() == '0') s.pop_back();
-  if (s.back() == '.') s.pop_back();
+  if (s.find('.') != std::string::npos) {
+    while (s.back() == '0') s.pop_back();
+    if (s.back() == '.') s.pop_back();
+  }
   return s == "-0" ? "0" : s;
 }
 
@@ -112,14 +114,17 @@ struct UI_SvgDrawArea::Document {
       return;
     }
     element.insert(element.find(' '), " class=\"x\"");
-    std::vector<std::size_t> &at = shown[element];
-    if (!at.empty()) {
-      shapes[at.back()].clear();
-      at.pop_back();
+    auto const twin = shown.find(element);
+    if (twin == shown.end()) {
+      shown[element].push_back(shapes.size());
+      shapes.push_back(std::move(element));
       return;
     }
-    at.push_back(shapes.size());
-    shapes.push_back(std::move(element));
+    shapes[twin->second.back()].clear();
+    twin->second.pop_back();
+    if (twin->second.empty()) shown.erase(twin);
+    // An overlay drawn and taken away again leaves nothing behind.
+    while (!shapes.empty() && shapes.back().empty()) shapes.pop_back();
   }
 };
 
@@ -328,12 +333,13 @@ SYS_Box UI_SvgDrawArea::Text(char const *text, std::int32_t height, int colour, 
     // Written in pixels and scaled into the world: renderers make their
     // fonts at the size the text states, and a height in world units is far
     // beyond what a font engine takes.
-    std::string turn = Decimal(-textAngle, 4);
+    std::string turn = Decimal(-std::fmod(textAngle, 360.0), 4);
     turn = turn == "0" ? std::string() : " rotate(" + turn + ')';
-    document->Add("<text transform=\"translate(" + Point(where.x, where.y) + ')' + turn + " scale(" +
-                      Decimal(1 / scale, 6) + ")\" x=\"" + Decimal(left * scale, 2) + "\" y=\"" +
-                      Decimal(-base * scale, 2) + "\" font-size=\"" + Decimal(h * scale, 2) + '"' +
-                      Fill(*this, colour) + '>' + Escaped(text) + "</text>",
+    document->Add("<text transform=\"translate(" + Point(where.x, where.y) + ')' + turn +
+                      " scale(" + Decimal(1 / scale, 6) + ")\" x=\"" + Decimal(left * scale, 2) +
+                      "\" y=\"" + Decimal(-base * scale, 2) + "\" font-size=\"" +
+                      Decimal(h * scale, 2) + '"' + Fill(*this, colour) + '>' + Escaped(text) +
+                      "</text>",
                   exclusive);
   }
   return SYS_Box(Saturate<std::int32_t>(lo[0]), Saturate<std::int32_t>(lo[1]),

@@ -64,11 +64,13 @@ TEST(SvgDrawArea, KnownRecordingGivesTheExpectedDocument) {
     svg = static_cast<char const *>(area.GetSvg());
   }
   std::string const expected = ReadFile(TOVIK_TEST_DATA "/recording.svg");
-  std::ofstream("recording.svg", std::ios::binary) << svg;  // beside the test, to look at
-  EXPECT_EQ(svg, expected) << "the document is in " << TOVIK_TEST_BINARY_DIR << "/recording.svg";
+  std::string const written = TOVIK_TEST_BINARY_DIR "/recording.svg";  // to look at
+  std::ofstream(written, std::ios::binary) << svg;
+  EXPECT_EQ(svg, expected) << "the document is in " << written;
   EXPECT_TRUE(WellFormed(svg));
   if (*TOVIK_RSVG_CONVERT != '\0') {
-    std::string const render = std::string(TOVIK_RSVG_CONVERT) + " recording.svg -o recording.png";
+    std::string const render = std::string("'" TOVIK_RSVG_CONVERT "' '") + written + "' -o '" +
+                               TOVIK_TEST_BINARY_DIR "/recording.png'";
     EXPECT_EQ(std::system(render.c_str()), 0);
   }
 }

@@ -97,8 +97,7 @@ Catalog::Catalog(std::string const &name) : path(name), compiled(IsCompiledName(
   opened = keys != nullptr && in.good();
   if (!opened) return;
 
-  // The iterator stands on the map as a listener would; it changes nothing.
-  auto &map = const_cast<SCC_Map<int, SFM_MessageDB::keyTableElem> &>(*keys);
+  SCC_Map<int, SFM_MessageDB::keyTableElem> map(*keys);  // an iterator needs a map of its own
   for (SCC_MapIterator<int, SFM_MessageDB::keyTableElem> it(map); it.IsValid(); it.GetNext()) {
     SFM_MessageDB::keyTableElem const &elem = it.GetValue();
     std::string text;

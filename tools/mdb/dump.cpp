@@ -10,15 +10,14 @@
 // header its base, written again if it already was: a key written twice
 // keeps its first text, which is the same.
 #include <algorithm>
-#include <set>
+#include <cctype>
 
 #include "mdb.h"
 
 namespace {
 
-bool Representable(std::string const &text) {
-  return text.find_first_of("\r\n") == std::string::npos;
-}
+// The loader takes texts and names of up to 199 bytes, on one line.
+constexpr std::size_t kLongest = 199;
 
 // A text as a line can hold it: one with white space at its end keeps it
 // behind a final "$", which the database drops when the text is read.
@@ -27,11 +26,13 @@ std::string AsLineText(std::string const &text) {
   return text;
 }
 
+bool Fits(std::string const &text) {
+  return text.size() <= kLongest && text.find_first_of("\r\n") == std::string::npos;
+}
+
+// A header gives its name back whole: no "]" inside, no "[" in front.
 bool NameFits(std::string const &name) {
-  return Representable(name) && name.find(']') == std::string::npos &&
-         (name.empty() ||
-          (name.front() != '[' && !std::isspace(static_cast<unsigned char>(name.back())) &&
-           name.front() != ' '));
+  return Fits(name) && name.find(']') == std::string::npos && (name.empty() || name.front() != '[');
 }
 
 }  // namespace
@@ -95,14 +96,16 @@ std::vector<std::string> Dump(Catalog const &catalog, std::ostream &out) {
       }
     }
     if (i > 0) {
-      if (!NameFits(s.name))
-        problems.push_back("section \"" + s.name + "\": the name cannot be written");
+      if (!NameFits(s.name)) {
+        problems.push_back("section \"" + s.name + "\": no header can hold the name");
+      }
       out << '[' << s.name << "]\n";
     }
     for (std::int64_t id : ids) {
       std::string const &text = catalog.Texts().at(id);
-      if (!Representable(text))
-        problems.push_back("id " + std::to_string(id) + ": the text holds a line break");
+      if (!Fits(AsLineText(text))) {
+        problems.push_back("id " + std::to_string(id) + ": no line can hold the text");
+      }
       out << id - s.base << ':' << AsLineText(text) << '\n';
       last = id;
     }
