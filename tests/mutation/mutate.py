@@ -5,6 +5,7 @@ the suites, and record which tests catch it.
     mutate.py generate [--count N] [--seed S] > tests/mutation/mutants.tsv
     mutate.py run [--mutants FILE] [--out FILE] [--only ID,...] [--keep FILE]
     mutate.py tests RESULTS.tsv
+    mutate.py survivors RESULTS.tsv [--mutants FILE]
     mutate.py compare BEFORE.tsv AFTER.tsv
 
 generate picks faults from the library's sources: a flipped comparison, && for
@@ -30,7 +31,8 @@ or those --only names, so an interrupted run goes on with --keep OUT.part and
 a few faults are run again into a complete file with --keep and --only.
 
 tests lists, per counted test, how many faults it catches and the faults that
-no other test catches. compare lists the faults that BEFORE caught and AFTER
+no other test catches. survivors gives, per area, the faults caught, survived
+and not built, then each survivor as its line before and after the fault. compare lists the faults that BEFORE caught and AFTER
 does not.
 """
 import argparse
@@ -443,6 +445,29 @@ def by_test(args):
         print(f"-\t(program)\t{len(program)}\t{' '.join(program)}")
 
 
+def survivors(args):
+    """Per area: caught, survived and invalid counts; then each survivor as a diff."""
+    mutants = {m["id"]: m for m in read_mutants(args.mutants)}
+    rows = read_rows(args.results)
+    by_area = {}
+    for mid, line in sorted(rows.items()):
+        m = mutants[mid]
+        area = m["file"].split("/")[1] if not m["file"].startswith("system/inc/") else "headers"
+        by_area.setdefault(area, []).append((m, line.split("\t")[1]))
+    print("area       faults caught survived other")
+    for area, found in sorted(by_area.items()):
+        count = lambda s: sum(st == s for _, st in found)
+        print(f"{area:10} {len(found):6} {count('caught'):6} {count('survived'):8} "
+              f"{len(found) - count('caught') - count('survived'):5}")
+    for area, found in sorted(by_area.items()):
+        for m, status in found:
+            if status != "survived":
+                continue
+            print(f"\n{m['id']} {m['file']}:{m['line']} ({m['kind']})")
+            print("\n".join("  - " + l.strip() for l in m["old"].split("\n")))
+            print("\n".join("  + " + l.strip() for l in m["new"].split("\n")))
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     sub = parser.add_subparsers(dest="command", required=True)
@@ -456,6 +481,9 @@ def main():
     r.add_argument("--keep")
     t = sub.add_parser("tests")
     t.add_argument("results")
+    v = sub.add_parser("survivors")
+    v.add_argument("results")
+    v.add_argument("--mutants", default=os.path.join(HERE, "mutants.tsv"))
     c = sub.add_parser("compare")
     c.add_argument("before")
     c.add_argument("after")
@@ -466,6 +494,8 @@ def main():
         run(args)
     elif args.command == "tests":
         by_test(args)
+    elif args.command == "survivors":
+        survivors(args)
     else:
         sys.exit(compare(args))
 
