@@ -362,8 +362,9 @@ def run(args):
         n = m["old"].count("\n") + 1
         at = m["line"] - 1
         if "\n".join(lines[at:at + n]) != m["old"]:
-            hits = [k for k in range(len(lines)) if "\n".join(lines[k:k + n]) == m["old"]]
-            at = hits[0] if len(hits) == 1 else -1
+            # The line moved: take the nearest place that holds its text.
+            hits = sorted((abs(k - at), k) for k in range(len(lines)) if "\n".join(lines[k:k + n]) == m["old"])
+            at = hits[0][1] if hits and (len(hits) == 1 or hits[0][0] < hits[1][0]) else -1
         if at < 0:
             record(m, "stale", [])
             continue
