@@ -20,11 +20,6 @@ SYS_Point Scaled(SYS_Point p, double fx, double fy) {
   return p;
 }
 
-SYS_Point Swapped(SYS_Point p) {
-  p.SwapBytes();
-  return p;
-}
-
 // An integer answer as a row of the double table below.
 double D(std::int64_t value) { return static_cast<double>(value); }
 
@@ -35,18 +30,15 @@ TEST(Point, ArithmeticRoundsTruncatesAndWraps) {
     std::int32_t x, y;
   } const cases[] = {
       {"sum", "wraps in 32 bits", SYS_Point(kMax, kMin) + SYS_Point(1, -1), kMin, kMax},
-      {"difference by a number", "taken from both coordinates", SYS_Point(kMin, 5) - 6, kMax - 5, -1},
       {"integer product", "wraps: 2^32 is 0", SYS_Point(65536, -3) * 65536, 0, -196608},
       {"native long product", "the factor is taken modulo 2^32", SYS_Point(5, -5) * ((1L << 32) + 3L), 15, -15},
       {"product by a half", "truncation goes toward zero", SYS_Point(-3, 5) * 0.5, -1, 2},
       {"Scale per axis", "2.5 and -7.5, each away from zero", Scaled(SYS_Point(10, 10), 0.25, -0.75), 3, -8},
-      {"from a double point", "each coordinate rounded", SYS_Point(SYS_DoublePoint(2.5, -2.5)), 3, -3},
       {"by a negative divisor", "-2.5 and 2.5 go away from zero", SYS_Point(5, -5) / -2, -3, 3},
       {"smallest by minus one", "done in double: no trap", SYS_Point(kMin, kMax) / -1, kMax, -kMax},
       {"by zero", "infinities stop at the limits of their sign", SYS_Point(5, -5) / 0, kMax, kMin},
       {"median downwards", "the half goes away from zero", SYS_Point(-1, -1).Median(SYS_Point(0, 0)), -1, -1},
       {"median of a wrapping sum", "the sum wraps first", SYS_Point(kMax, 0).Median(SYS_Point(1, 0)), -1073741824, 0},
-      {"swapped bytes", "each coordinate reversed", Swapped(SYS_Point(0x01020304, -2)), 0x04030201, -16777217},
   };
   for (auto const &c : cases) {
     TRACE_ROW(c);
@@ -71,17 +63,12 @@ TEST(Point, MeasuresProductsAndComparisons) {
       {"longest diagonal", "magnitudes in double", SYS_Point(kMin, kMin).Length(), 2147483648.0 * 1.4142135623730951},
       {"wrapping distance", "kMax - (-1) wraps to kMin", SYS_Point(kMax, 0).Distance(SYS_Point(-1, 0)), 2147483648.0},
       {"Manhattan wraps", "the sum of magnitudes wraps", D(SYS_Point(kMax, -kMax).MLength()), -2},
-      {"huge radius", "infinite", SYS_DoublePoint(1e200, 0).GetPolarRadius(), HUGE_VAL},
       {"scalar product", "in double", SYS_Point(kMax, kMax).ScalarProduct(SYS_Point(kMax, 1)), 4611686016279904256.0},
-      {"vector product", "in double", SYS_Point(kMax, 0).VectorProduct(SYS_Point(0, kMax)), 4611686014132420609.0},
       {"clockwise", "negative when the other lies clockwise", SYS_Point(0, 1).VectorProduct(SYS_Point(1, 0)), -1},
       {"x decides", "a far smaller y does not matter", D(SYS_Point(1, 100) < SYS_Point(2, -100)), 1},
       {"y on equal x", "y breaks the tie", D(SYS_Point(1, -1) > SYS_Point(1, 0)), 0},
-      {"not by length", "the shorter vector may be greater", D(SYS_Point(1, 0) > SYS_Point(-9, 9)), 1},
-      {"no tolerance", "0.1 + 0.2 is above 0.3", D(SYS_DoublePoint(0.1 + 0.2, 0) > SYS_DoublePoint(0.3, 0)), 1},
       {"NaN", "is neither equal nor ordered", D((nan == nan) + (nan < one) + (one < nan)), 0},
       {"on the bound", "the bound itself is outside", D(SYS_DoublePoint(1066800000, 0).IsValid()), 0},
-      {"inside", "the last coordinates inside", D(SYS_DoublePoint(1066799999.9, -1066799999).IsValid()), 1},
       {"NaN coordinate", "is no coordinate", D(SYS_DoublePoint(0, kNaN).IsValid()), 0},
   };
   for (auto const &c : cases) {
@@ -103,7 +90,6 @@ TEST(Point, PolarAngle) {
       {"fourth quadrant", "-95634184.24 truncates toward zero, not down", 3, -4, 552365816},
       {"longest x", "an angle below one unit is 0", kMax, 1, 0},
       {"negative zero y on -x", "-pi becomes a half turn", -1.0, -0.0, 324000000},
-      {"huge diagonal", "atan2 does not overflow", 1e300, 1e300, 81000000},
       {"NaN", "no number gives 0", kNaN, 1.0, 0},
   };
   for (auto const &c : cases) {

@@ -2,7 +2,6 @@
 // operations of SSM::AssertObj.
 #include <cstdint>
 #include <set>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -34,28 +33,14 @@ TEST(AssertRegistry, OneRecordPerFileAndLine) {
   EXPECT_STREQ(odd->fileName, "");
 }
 
-TEST(AssertRegistry, WalkVisitsEachRecordOnceInAnOrderThatGrowthChanges) {
+TEST(AssertRegistry, WalkVisitsEachRecordOnceAcrossGrowth) {
   SSM manager;
-  auto walked = [&] {
-    std::vector<SCC_Handle> seen;
-    SSM::AssertObj walk;
-    for (walk.GetFirst(&manager); walk.IsValid(); walk.GetNext()) seen.push_back(walk.GetHandle());
-    return seen;
-  };
-  for (int line = 1; line <= 20; ++line) Fail(line, SSM_FailureNotice);
-  ASSERT_EQ(manager.asserts.GetTableSize(), 53);
-  std::vector<SCC_Handle> const before = walked();
-  for (int line = 21; line <= 600; ++line) Fail(line, SSM_FailureNotice);
+  for (int line = 1; line <= 600; ++line) Fail(line, SSM_FailureNotice);
   ASSERT_GT(manager.asserts.GetTableSize(), 53);
-  std::vector<SCC_Handle> const after = walked();
-  EXPECT_EQ(std::set<SCC_Handle>(after.begin(), after.end()).size(), 600u);
-  std::set<SCC_Handle> const first(before.begin(), before.end());
-  std::vector<SCC_Handle> firstNow;
-  for (SCC_Handle h : after) {
-    if (first.count(h) != 0) firstNow.push_back(h);
-  }
-  EXPECT_EQ(firstNow.size(), 20u);  // records never move...
-  EXPECT_NE(firstNow, before);      // ...but the walk's order is the table's
+  std::set<SCC_Handle> seen;
+  SSM::AssertObj walk;
+  for (walk.GetFirst(&manager); walk.IsValid(); walk.GetNext()) EXPECT_TRUE(seen.insert(walk.GetHandle()).second);
+  EXPECT_EQ(seen.size(), 600u);
 }
 
 TEST(AssertRegistry, RecordOperations) {
@@ -71,9 +56,6 @@ TEST(AssertRegistry, RecordOperations) {
   obj.SetAction(SSM::ActionReturnFailure);
   obj.SetAction(static_cast<SSM::Action>(-4));
   EXPECT_EQ(obj.GetAction(), SSM::ActionReturnFailure);
-  obj.Disable(5);
-  EXPECT_EQ(RecordAt(manager, 5)->enabled, 0);
-
   SSM::AssertObj none;  // on no record: reads as empty and changes nothing
   none.IncreaseCount();
   none.SetAction(SSM::ActionThrowFatal);

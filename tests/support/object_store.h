@@ -43,10 +43,6 @@ class ObjectStore {
  public:
   typedef std::unordered_map<SCC_Handle, SCC_Handle> Remapping;
 
-  ObjectStore() = default;
-  ObjectStore(ObjectStore const &) = delete;
-  ObjectStore &operator=(ObjectStore const &) = delete;
-
   // A new object at the end of the order, told to nobody.
   StoreObject &Add(int id, int key, bool ownNotifier = false, StoreObject *owner = nullptr) {
     objects.push_back(std::make_unique<StoreObject>(
