@@ -68,13 +68,10 @@ void CheckWalks(SYS_String const &a, SYS_String const &b, int start) {
                     a.ReverseFind(b.IsEmpty() ? 'x' : b[0], start), a.ReverseFindOneOf(b, start)}) {
     Require(found >= -1 && found <= length);
   }
-  Require(a.SpanIncluding(b).GetLength() <= length);
-  Require(a.SpanExcluding(b).GetLength() <= length);
-  SYS_String right(a), left(a), all(a);
-  right.TrimRight(b);
-  left.TrimLeft(b);
-  all.AllTrim(b);
-  Require(right.GetLength() <= length && left.GetLength() <= length && all.GetLength() <= length);
+  for (SYS_String const &part : {a.SpanIncluding(b), a.SpanExcluding(b), SYS_String(a).TrimRight(b),
+                                  SYS_String(a).TrimLeft(b), SYS_String(a).AllTrim(b)}) {
+    Require(part.GetLength() <= length);
+  }
   SYS_String edited(a);
   edited.Replace(start % 40, start / 40, b);
   edited.Insert(start % 50, b);

@@ -20,6 +20,9 @@ TEST(ChecksWithoutManager, PassThroughAndLeaveErrnoAlone) {
   errno = EMFILE;
   EXPECT_EQ(SSM_AssertFailed("x", __FILE__, __LINE__, SSM_FailureAssert, 0), 0);
   SSM_Throw();  // nothing to throw without a manager
+  SSM::SetSilentMode(1);  // nothing to set
+  EXPECT_EQ(SSM::GetSilentMode(), 0);
+  reached = 0;
   for (SSM_FailureType type : {SSM_FailureNotice, SSM_FailureError, SSM_FailureAssert}) FailingCheck(type);
   EXPECT_EQ(reached, 3);
   EXPECT_EQ(errno, EMFILE);
