@@ -18,16 +18,19 @@ std::string Bytes(CString const &s) { return std::string(static_cast<char const 
 char const *Data(CString const &s) { return s; }
 std::string Pos(int position) { return std::to_string(position); }
 
-// An edit made on a copy: the original it shares with, and the shared empty
-// string (edited as well), must never show it.
+// An edit made on a string of its own and on a copy: the copy ends the same,
+// and neither the original it shared with nor the shared empty string (edited
+// as well) shows the edit.
 std::string Edited(char const *before, std::function<void(SYS_String &)> const &edit) {
   SYS_String const original(before);
-  SYS_String s(original), empty;
-  edit(s);
+  SYS_String alone(before), shared(original), empty;
+  edit(alone);
+  edit(shared);
   edit(empty);
+  EXPECT_EQ(Bytes(shared), Bytes(alone));
   EXPECT_EQ(Bytes(original), before);
   EXPECT_EQ(Bytes(AfxGetEmptyString()), "");
-  return Bytes(s);
+  return Bytes(alone);
 }
 
 // TrimRight, TrimLeft and AllTrim of text by c, joined by '|'.
