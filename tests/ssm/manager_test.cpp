@@ -39,7 +39,7 @@ class FailureManager : public testing::Test {
   // Asked, told and logged since the last look.
   Sizes Heard() {
     Sizes const sizes{ask.heard.size(), failures.heard.size(), logs.heard.size()};
-    ask.heard.clear(), failures.heard.clear(), logs.heard.clear();
+    for (Listener *listener : {&ask, &failures, &logs}) listener->heard.clear();
     return sizes;
   }
 
