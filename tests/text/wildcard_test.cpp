@@ -7,10 +7,8 @@
 namespace {
 
 // clang-format off
-struct {
-  char const *name, *text, *pattern;
-  int match, error;  // error: what IsValidPattern reports, 0 for a sound pattern
-} const kCases[] = {
+// error: what IsValidPattern reports, 0 for a sound pattern
+struct { char const *name, *text, *pattern; int match, error; } const kCases[] = {
   {"empty pattern, text left", "a", "", 0, 0},
   {"backslash outside a class is a literal", "a\\b", "a\\b", 1, 0},
   {"star alone matches empty text", "", "*", 1, 0},
