@@ -90,18 +90,16 @@ TEST_F(CollectionCore, SetFocusModes) {
   view.SetFocus(store.Add(8, 1).Handle(), 1);
   EXPECT_FALSE(view.HasFocus());
   EXPECT_EQ(heard.heard.size(), 2u);
-}
 
-TEST_F(CollectionCore, HandleDataTravelsThroughTheSource) {
-  Sorted view(store);
+  // Handle data (pointer-sized) stays with its collection, and every
+  // collection on the source hears of it as a change in place.
   Sorted other(store);
-  SCC_Handle const h4 = H(store, 4);
-  view.SetHandleData(h4, static_cast<std::intptr_t>(INT64_C(0x123456789A)));  // pointer-sized
-  EXPECT_EQ(view.GetHandleData(h4), INT64_C(0x123456789A));
-  EXPECT_EQ(other.GetHandleData(h4), 0);  // data stays with its collection
-  // Every collection on the source hears of it as a change in place.
-  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvChanged, 4}}));
-  EXPECT_EQ(other.recorder.heard, (CodeIds{{EvChanged, 4}}));
+  heard.Reset();
+  view.SetHandleData(h3, static_cast<std::intptr_t>(INT64_C(0x123456789A)));
+  EXPECT_EQ(view.GetHandleData(h3), INT64_C(0x123456789A));
+  EXPECT_EQ(other.GetHandleData(h3), 0);
+  EXPECT_EQ(heard.heard, (CodeIds{{EvChanged, 3}}));
+  EXPECT_EQ(other.recorder.heard, (CodeIds{{EvChanged, 3}}));
 }
 
 TEST_F(CollectionCore, CopiesShareTheListAndTakeOverListeners) {
@@ -115,8 +113,7 @@ TEST_F(CollectionCore, CopiesShareTheListAndTakeOverListeners) {
     StoreCollection copy(original);
     EXPECT_EQ(copy.Ids(), original.Ids());
     EXPECT_EQ(copy.FocusIds(), (Ids{3}));
-    EXPECT_EQ(copy.GetHandleData(H(store, 2)), 22);
-    EXPECT_EQ(copy.GetPosition(), 2);
+    EXPECT_TRUE(copy.GetHandleData(H(store, 2)) == 22 && copy.GetPosition() == 2);
     EXPECT_EQ(original.recorder.GetOwner(), copy.GetChangeEvent());  // taken over
     EXPECT_EQ(copy.next, &original);  // just before it in the source's ring
     // Its hook on the object's notifier reaches the copy, once.
@@ -152,8 +149,7 @@ TEST_F(CollectionCore, DestructionLeavesEverythingItListenedTo) {
     EXPECT_NE(child.IsSuspended(), 0);
     EXPECT_NE(own.notifier->HasListeners(), 0);
   }
-  EXPECT_EQ(own.notifier->HasListeners(), 0);
-  EXPECT_EQ(store.source.HasListeners(), 0);
+  EXPECT_EQ(own.notifier->HasListeners() + store.source.HasListeners(), 0);
   EXPECT_EQ(listener.GetOwner(), nullptr);  // alive and alone
 }
 

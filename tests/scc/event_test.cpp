@@ -54,8 +54,7 @@ std::string RingOf(SCC_Notifier const &notifier) {
 }
 
 void ExpectAlone(SCC_EventNode<int> const &node) {
-  EXPECT_EQ(node.GetOwner(), nullptr);
-  EXPECT_TRUE(node.prev == &node && node.next == &node);
+  EXPECT_TRUE(node.GetOwner() == nullptr && node.prev == &node && node.next == &node);
 }
 
 // A notifier with listeners A, B, C and a spare D.
