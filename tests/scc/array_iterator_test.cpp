@@ -101,26 +101,6 @@ TEST(ArrayIterator, WalkingPastTheEndAndClearing) {
   EXPECT_TRUE(survivor.GetArray() == nullptr && survivor.GetFocus() == -1 && survivor.GetOwner() == nullptr);
 }
 
-TEST(ArrayIterator, HandlesAndPlacing) {
-  SCC_Array<int> array, empty;
-  Fill(array, 4);
-  SCC_ArrayIteratorBase base;  // no array of its own, but it listens all the same
-  base.Restart(array, 2);
-  array.Insert(0, 1);
-  EXPECT_TRUE(base.GetHandle() == 0 && base.IsValid() == 0 && base.GetFocus() == 3);
-  Cursor cursor;
-  cursor.SetHandle(3, &array);  // handles count from 1
-  EXPECT_EQ(cursor.GetFocus(), 2);
-  cursor.SetHandle(0, nullptr);  // on its own array
-  EXPECT_TRUE(cursor.GetFocus() == -1 && cursor.GetOwner() == array.GetNotifier());
-  cursor.Restart(empty, 0);  // moves the cursor to the other array's ring
-  array.Insert(0, 3);
-  EXPECT_EQ(cursor.GetFocus(), 0);
-  Cursor loose;
-  loose.SetHandle(3, nullptr);  // no array at all: nothing happens
-  EXPECT_TRUE(loose.GetFocus() == -1 && loose.GetOwner() == nullptr);
-}
-
 TEST(ArrayIterator, CopiesKeepTheirNumberAssignmentsListen) {
   SCC_Array<int> array;
   Fill(array, 5);

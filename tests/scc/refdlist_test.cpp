@@ -155,44 +155,6 @@ TEST_F(RefDListTest, MergeAndAssignmentTakeTheNodes) {
   EXPECT_TRUE(b.IsEmpty());
 }
 
-TEST_F(RefDListTest, NodesCopiesAndChangedLists) {
-  Journaled a('A'), b('B');
-  Ref x('x'), y('y'), loose('l');
-  {
-    Ref shortLived('t');
-    a.AddTail(&x);
-    a.AddTail(&shortLived);
-    a.AddTail(&y);
-  }
-  EXPECT_EQ(Names(a), "xy") << "a destroyed node takes itself out";
-  // A copied node stands in front of the original; assignment moves the
-  // node in front of the other one, or out of any list.
-  Ref copyOfY(y, 'c');
-  EXPECT_EQ(Names(a), "xcy");
-  SCC_DListRefNode &moving = copyOfY;
-  moving = x;
-  EXPECT_EQ(Names(a), "cxy");
-  moving = loose;
-  ExpectFree(copyOfY);
-  Journal();
-
-  // ChangeList only records the new list: the node is in no chain of it,
-  // and leaving it leaves that list's chain alone.
-  x.ChangeList(&b);
-  EXPECT_EQ(Journal(), "A2x");
-  EXPECT_TRUE(x.GetList() == &b && b.head == nullptr);
-  Ref z('z');
-  b.AddTail(&z);
-  b.Remove(&x);
-  EXPECT_EQ(Names(b), "z");
-  ExpectFree(x);
-  // A node that names another list makes IsValid fail.
-  EXPECT_TRUE(a.IsValid());
-  y.list = &b;
-  EXPECT_FALSE(a.IsValid());
-  y.list = &a;
-}
-
 TEST_F(RefDListTest, NotifyNodesWalksFromTheHead) {
   Journaled list('L');
   EXPECT_EQ(list.NotifyNodes(3, nullptr), 0) << "an empty list answers 0";

@@ -244,27 +244,4 @@ TEST(SafeList, NodesMoveBetweenLists) {
   other.RemoveAll();
 }
 
-TEST(SafeList, CopiesOfNodesAndIterators) {
-  List list;
-  Item a('a'), b('b');
-  list.AddTail(&a);
-  list.AddTail(&b);
-  // A copied node is alone with no iterators; assignment copies the element, not its place.
-  Iterator onA(&a);
-  Item copy(a);
-  ExpectAlone(copy);
-  EXPECT_TRUE(copy.IsEmpty());
-  copy.name = 'c';
-  a = copy;
-  EXPECT_EQ(Names(list), "cb");
-  Iterator second(onA), third(&b);
-  EXPECT_EQ(a.GetCount(), 2);
-  third = onA;
-  EXPECT_TRUE(b.IsEmpty());
-  list.Remove(&a);
-  EXPECT_EQ(*second, &b);
-  EXPECT_EQ(b.GetCount(), 3);
-  list.RemoveAll();
-}
-
 }  // namespace
