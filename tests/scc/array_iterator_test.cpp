@@ -101,24 +101,4 @@ TEST(ArrayIterator, WalkingPastTheEndAndClearing) {
   EXPECT_TRUE(survivor.GetArray() == nullptr && survivor.GetFocus() == -1 && survivor.GetOwner() == nullptr);
 }
 
-TEST(ArrayIterator, CopiesKeepTheirNumberAssignmentsListen) {
-  SCC_Array<int> array;
-  Fill(array, 5);
-  Cursor cursor(array, 2);
-  cursor.OnFocusDeleteGoForward();
-  Cursor copy(cursor);
-  EXPECT_TRUE(copy.GetArray() == &array && copy.GetOwner() == nullptr);
-  Cursor assigned;
-  assigned = cursor;
-  EXPECT_EQ(assigned.next, &cursor);  // joins directly in front of the other
-  assigned = static_cast<Cursor &>(assigned);
-  EXPECT_EQ(assigned.next, &cursor);
-  array.Insert(0, 1);
-  EXPECT_EQ(copy.GetFocus(), 2);
-  EXPECT_EQ(cursor.GetFocus(), 3);
-  array.Delete(3, 1);  // the policy came with the assignment
-  EXPECT_EQ(assigned.GetFocus(), 3);
-  EXPECT_EQ(array.GetAt(3), 30);
-}
-
 }  // namespace

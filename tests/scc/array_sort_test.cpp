@@ -173,61 +173,6 @@ TEST(ArraySort, AnInconsistentComparatorCannotBreakTheArray) {
   }
 }
 
-// A derived class that overrides Swap: its arrays go through the virtual
-// steps, while the library's own layers compare and swap built-in keys inline.
-template <class T>
-struct Overriding : SCC_SortableArray<T> {
-  void Swap(std::int32_t a, std::int32_t b) override { ++swaps, SCC_SortableArray<T>::Swap(a, b); }
-  int swaps = 0;
-};
-
-template <class T>
-T KeyOf(unsigned r) {
-  if constexpr (std::is_pointer<T>::value) {
-    return reinterpret_cast<T>(static_cast<std::uintptr_t>(r % 40) * 8);
-  } else if constexpr (std::is_floating_point<T>::value) {
-    // Zeros of both signs compare equal yet differ in their bits, and a NaN
-    // equals everything: the two paths must still agree bit for bit.
-    return r % 7 == 0 ? -0.0 : (r % 7 == 1 ? 0.0 : (r % 31 == 2 ? std::nan("") : r % 40 - 20.0));
-  } else {
-    return static_cast<T>(r % 40 - 20);
-  }
-}
-
-template <class T>
-class InlineKeys : public ::testing::Test {};
-using KeyTypes = ::testing::Types<int, unsigned int, SCC_Handle, unsigned long, double, void *>;
-TYPED_TEST_SUITE(InlineKeys, KeyTypes, );
-
-TYPED_TEST(InlineKeys, TakeTheSameStepsAsTheVirtualOnes) {
-  using T = TypeParam;
-  std::mt19937 random(17);
-  for (int n : {2, 9, 100, 3000}) {
-    for (int order : {1, -1, 0}) {
-      SCOPED_TRACE(testing::Message() << n << " items, order " << order);
-      SCC_SortableArray<T> fast;
-      Overriding<T> slow;
-      for (int i = 0; i < n; ++i) {
-        T const key = KeyOf<T>(random());
-        fast.Append(key);
-        slow.Append(key);
-      }
-      fast.SetComparator(new SCC_Comparator<T>);
-      slow.SetComparator(new SCC_Comparator<T>);
-      fast.Sort(order);
-      slow.Sort(order);
-      EXPECT_GT(slow.swaps, 0);
-      EXPECT_EQ(std::memcmp(fast.GetData(), slow.GetData(), n * sizeof(T)), 0);
-      for (unsigned probe = 0; probe < 40; ++probe) {
-        std::int32_t fastRun[2], slowRun[2];
-        fast.FindItemPosition(KeyOf<T>(probe), fastRun[0], fastRun[1]);
-        slow.FindItemPosition(KeyOf<T>(probe), slowRun[0], slowRun[1]);
-        EXPECT_TRUE(fastRun[0] == slowRun[0] && fastRun[1] == slowRun[1]);
-      }
-    }
-  }
-}
-
 // An item ordered by key alone, so that a tag tells equal items apart.
 struct Tagged {
   int key, tag;

@@ -41,6 +41,7 @@ TEST(Hash, NumbersAndAddresses) {
   auto const low = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&object));
   Check({
       {"int -7 by 53 wraps up", SCC_Hash(-7, 53), 46},
+      {"a multiple of the size", SCC_Hash(106, 53), 0},
       {"int minimum", SCC_Hash(std::numeric_limits<int>::min(), 10), 2},
       {"char is signed", SCC_Hash(static_cast<char>(-1), 10), 9},
       {"unsigned int", SCC_Hash(0xFFFFFFFFu, 7), 0xFFFFFFFFu % 7},

@@ -236,31 +236,4 @@ TEST(Map, TextKeys) {
   }
 }
 
-TEST(Map, MapIterator) {
-  IntMap map;
-  SCC_MapIterator<int, int> empty(map);
-  EXPECT_EQ(empty.IsValid() + empty.GetHandle() + empty.GetNext(), 0);
-  for (int key : {1, 54, 2}) map.Insert(key, key * 10);
-  SCC_MapIterator<int, int> it(map);
-  SCC_MapIterator<int, int> old = it++;
-  EXPECT_EQ(old.GetHandle(), reinterpret_cast<SCC_Handle>(map.Find(54)));
-  EXPECT_EQ(it.GetNext(), 1);
-  EXPECT_EQ(it.GetValue(), 20);
-  EXPECT_EQ(it.GetNext() + it.GetNext(), 0);  // stays at the end
-  EXPECT_EQ(it.SeekBucket(2), 1);
-  EXPECT_EQ(it.SeekBucket(3), 0);
-
-  // Joined to the map's ring it follows the policy of SCC_Iterator.
-  SCC_MapIterator<int, int> cursor(map);
-  cursor.OnFocusDeleteGoForward();
-  cursor.JoinAtEnd(&map);
-  map.Remove(54);
-  EXPECT_EQ(cursor.GetKey(), 1);
-  SCC_MapIterator<int, int> joined;
-  joined = cursor;
-  EXPECT_TRUE(joined.GetOwner() == &map && joined.GetKey() == 1);
-  map.Clear();
-  EXPECT_EQ(cursor.IsValid() + joined.IsValid(), 0);
-}
-
 }  // namespace
