@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "scc_event.h"
 #include "scc_list.h"
 #include "test_support.h"
 
@@ -33,9 +32,7 @@ class Recording : public Base {
     for (Node const *n = this->head; n != nullptr; n = n->next) reachable = reachable || n == node;
     seen += std::to_string(code) + ":" + std::to_string(node != nullptr ? node->value : -1) + (reachable ? "+ " : "- ");
   }
-  void OnIteratorStart(SCC_SListIterator<Node> *iterator) override { startedAt.push_back(iterator->current); }
   std::string seen;
-  std::vector<Node *> startedAt;
 };
 
 using RecordingDList = Recording<SCC_DList<DNode>, DNode>;
@@ -129,40 +126,6 @@ TEST(SDList, OwnsItsNodes) {
   list.DeleteAll();
   EXPECT_EQ(list.countAtClear, std::vector<int>{19});
   for (int i = 0; i < 5; ++i) list.AddTail(new OwnedNode(i));
-}
-
-TEST(ListIterator, StepsForwardAndFollowsItsSourceByPolicy) {
-  RecordingDList list;
-  DNode n1(1), n2(2), n3(3);
-  for (DNode *n : {&n1, &n2, &n3}) list.AddTail(n);
-  SCC_DListIterator<DNode> it(list);
-  EXPECT_EQ(list.startedAt, std::vector<DNode *>{&n1});
-  EXPECT_EQ(it.GetPrev(), 0);
-  SCC_DListIterator<DNode> old = it++;
-  EXPECT_EQ(*old, &n1);
-  EXPECT_EQ(it.GetNext(), 1);
-  EXPECT_EQ(*it, &n3);
-  EXPECT_EQ(it.GetNext(), 0);
-  EXPECT_EQ(it.GetNext(), 0) << "no node: GetNext stays put";
-
-  // Invalidated on its node's deletion; going forward steps on; going back
-  // has no backward step here, so that cursor stays. A copy listens to nothing.
-  SCC_Notifier source;
-  SCC_DListIterator<DNode> invalidated(&n2), forward(&n2), back(&n2);
-  forward.OnFocusDeleteGoForward();
-  back.OnFocusDeleteGoBack();
-  for (auto *cursor : {&invalidated, &forward, &back}) cursor->JoinAtEnd(&source);
-  SCC_DListIterator<DNode> copy(forward);
-  source.Notify(2, SCC_HandleToData(reinterpret_cast<SCC_Handle>(&n1)));
-  EXPECT_EQ(*invalidated, &n2) << "another node's deletion is ignored";
-  source.Notify(2, SCC_HandleToData(reinterpret_cast<SCC_Handle>(&n2)));
-  EXPECT_TRUE(*invalidated == nullptr && invalidated.GetOwner() == nullptr);
-  EXPECT_EQ(*forward, &n3);
-  EXPECT_EQ(*back, &n2);
-  EXPECT_EQ(*copy, &n2);
-  source.Notify(6, nullptr);  // all go: every cursor is cleared
-  EXPECT_TRUE(*forward == nullptr && *back == nullptr);
-  list.RemoveAll();
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
-// The reference list: nodes that know their list, moves, taking over, Merge
-// and NotifyNodes.
+// The reference list: nodes that know their list, moves, taking over and Merge.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,16 +12,7 @@ std::vector<std::string> journal;
 
 struct Ref : SCC_DListRefNode {
   explicit Ref(char n) : name(n) {}
-  Ref(Ref &other, char n) : SCC_DListRefNode(other), name(n) {}
-  int OnNotification(int code, void *data) override {
-    journal.push_back(std::string(1, name) + "<" + std::to_string(code));
-    lastData = data;
-    if (onNotify) onNotify();
-    return code * 10 + (name - 'a');
-  }
   char name;
-  void *lastData = nullptr;
-  std::function<void()> onNotify;
 };
 
 // '-' for no node; '~' for a node in its base destructor, no longer a Ref.
@@ -43,9 +32,6 @@ class Journaled : public SCC_RefDList {
   void OnListEvent(int code, SCC_DListRefNode *node) override {
     journal.push_back(std::string(1, name) + std::to_string(code) + NameOf(node) +
                       (code == 5 && !IsValid() ? "!" : ""));
-  }
-  void OnIteratorStart(SCC_SListIterator<SCC_DListRefNode> *iterator) override {
-    journal.push_back(std::string(1, name) + "start" + NameOf(iterator->current));
   }
   char name;
 };
@@ -153,32 +139,6 @@ TEST_F(RefDListTest, MergeAndAssignmentTakeTheNodes) {
   Journaled copy(b, 'K');  // the copy constructor takes the nodes the same way
   EXPECT_EQ(Names(copy), "312");
   EXPECT_TRUE(b.IsEmpty());
-}
-
-TEST_F(RefDListTest, NotifyNodesWalksFromTheHead) {
-  Journaled list('L');
-  EXPECT_EQ(list.NotifyNodes(3, nullptr), 0) << "an empty list answers 0";
-  EXPECT_EQ(Journal(), "Lstart-");
-
-  Ref a('a'), b('b'), c('c');
-  for (Ref *r : {&a, &b, &c}) list.AddTail(r);
-  Journal();
-  int data = 0;
-  EXPECT_EQ(list.NotifyNodes(4, &data), 42) << "the last node's answer";
-  EXPECT_EQ(Journal(), "Lstarta a<4 b<4 c<4");
-  EXPECT_EQ(b.lastData, &data);
-
-  // A node that leaves during its own call ends the walk.
-  b.onNotify = [&] { list.Remove(&b); };
-  EXPECT_EQ(list.NotifyNodes(1, nullptr), 11);
-  EXPECT_EQ(Journal(), "Lstarta a<1 b<1 L2b");
-  b.onNotify = nullptr;
-
-  // A node that removes the one behind it is not walked past.
-  a.onNotify = [&] { list.Remove(&c); };
-  list.NotifyNodes(1, nullptr);
-  EXPECT_EQ(Journal(), "Lstarta a<1 L2c");
-  EXPECT_EQ(Names(list), "a");
 }
 
 }  // namespace
