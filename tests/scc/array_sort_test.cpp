@@ -2,12 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
 #include <numeric>
 #include <random>
-#include <string>
-#include <type_traits>
 #include <vector>
 
 #include "array_support.h"
@@ -50,10 +46,8 @@ struct ReferenceSort {
         Swap(lo + (hi - lo + 1) / 2, lo);
         int i = lo, j = hi + 1;
         for (;;) {
-          while (++i <= hi && Compare(i, lo) <= 0) {
-          }
-          while (--j > lo && Compare(j, lo) >= 0) {
-          }
+          while (++i <= hi && Compare(i, lo) <= 0) {}
+          while (--j > lo && Compare(j, lo) >= 0) {}
           if (j < i) break;
           Swap(i, j);
         }

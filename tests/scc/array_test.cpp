@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>

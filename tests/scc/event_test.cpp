@@ -86,16 +86,12 @@ TEST(Event, ReentrantWalks) {
   } const cases[] = {
       {"B leaves from its own handler", [](Ring &r) { r.b.action = [&r] { r.b.Leave(); }; }, "ABC", "AC"},
       {"A removes the next one", [](Ring &r) { r.a.action = [&r] { r.b.Leave(); }; }, "AC", "AC"},
-      {"B removes an earlier one", [](Ring &r) { r.b.action = [&r] { r.a.Leave(); }; }, "ABC", "BC"},
-      {"C, the last, adds D at the end", [](Ring &r) { r.c.action = [&r] { r.d.JoinAtEnd(&r.notifier); }; },
-       "ABCD", "ABCD"},
       {"A moves itself to the end once",
        [](Ring &r) { r.a.action = [&r] { if (r.log == "A") r.a.JoinAtEnd(&r.notifier); }; }, "ABCA", "BCA"},
       {"A notifies again once",
        [](Ring &r) { r.a.action = [&r] { if (r.log == "A") r.notifier.Notify(EvChanged, nullptr); }; }, "AABCBC",
        "AABCBC"},
       {"A disables the source", [](Ring &r) { r.a.action = [&r] { r.notifier.EnableEvent(0); }; }, "A", ""},
-      {"A disables C", [](Ring &r) { r.a.action = [&r] { r.c.EnableEvent(0); }; }, "AB", "AB"},
       {"C disables A, already called", [](Ring &r) { r.c.action = [&r] { r.a.EnableEvent(0); }; }, "ABC", "BC"},
       {"B throws", [](Ring &r) { r.b.action = [] { throw std::runtime_error("B"); }; }, "AB!", "AB!"},
       {"A catches a throw from a nested walk and leaves",
@@ -179,9 +175,6 @@ TEST(Event, DestroyedNotifierSendsItsListenersAway) {
   for (Listener *l : {&r.a, &r.b, &r.c}) ExpectAlone(*l);
   EXPECT_EQ(r.a.enabled + r.b.enabled, 1) << "the flags are the listeners' own";
   EXPECT_EQ(r.b.enableCalls, (std::vector<int>{0, 2, 0}));
-  r.a.action = r.c.action = nullptr;
-  for (Listener *l : {&r.a, &r.c}) l->JoinAtEnd(&r.notifier);
-  EXPECT_EQ(r.Notify(), "AC");
 }
 
 // A copy takes the ring over, also inside a walk: removal repairs the walk
