@@ -2,7 +2,6 @@
 // notifiers, and children that follow their parent.
 #include "collection_support.h"
 
-
 namespace tovik_test {
 namespace {
 

@@ -4,27 +4,16 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "scc_event.h"
 
 namespace {
 
-// The name by which RingOf lists a test node.
-struct Named {
-  virtual ~Named() = default;
-  char name = '?';
-};
-
 // A node that writes its name into a shared log, then runs an action.
-template <class Node>
-class Logging : public Node, public Named {
+class Listener : public SCC_EventNode<int> {
  public:
-  Logging(char n, std::string *l, int prio = 0) : log(l) {
-    name = n;
-    if constexpr (std::is_base_of_v<SCC_EventHook<int>, Node>) this->priority = prio;
-  }
+  Listener(char n, std::string *l) : name(n), log(l) {}
   int OnNotification(int, int *) override {
     log->push_back(name);
     // A walk that never ends fails the test instead of hanging it.
@@ -34,12 +23,11 @@ class Logging : public Node, public Named {
   }
   void OnEventEnable(int on) override { enableCalls.push_back(on); }
 
+  char name;
   std::string *log;
   std::function<void()> action;
   std::vector<int> enableCalls;
 };
-using Listener = Logging<SCC_EventNode<int>>;
-using Hook = Logging<SCC_EventHook<int>>;
 
 // The names of the nodes in ring order, checking every back link and owner.
 std::string RingOf(SCC_Notifier const &notifier) {
@@ -47,7 +35,7 @@ std::string RingOf(SCC_Notifier const &notifier) {
   for (SCC_EventNode<int> const *node = notifier.next; node != &notifier; node = node->next) {
     EXPECT_EQ(node->next->prev, node) << "broken back link";
     EXPECT_EQ(node->GetOwner(), &notifier) << "wrong owner";
-    names.push_back(dynamic_cast<Named const &>(*node).name);
+    names.push_back(static_cast<Listener const *>(node)->name);
   }
   EXPECT_EQ(notifier.next->prev, &notifier) << "broken back link to the notifier";
   return names;
@@ -133,31 +121,6 @@ TEST(Event, ReentrantWalks) {
     EXPECT_EQ(r.Notify(), c.first);
     EXPECT_EQ(r.Notify(), c.second);
   }
-}
-
-TEST(Event, HooksJoinByPriority) {
-  std::string log;
-  SCC_Notifier notifier;
-  Hook first5('1', &log, 5), zero('0', &log, 0), second5('2', &log, 5), top('T', &log, 0x7FFFFFFF);
-  Hook front('F', &log, 10), behind('b', &log, -1);
-  Listener plain('P', &log);
-  for (Hook *hook : {&first5, &zero, &second5}) hook->AddHook(&notifier);
-  EXPECT_EQ(RingOf(notifier), "210") << "high to low, the newest first among equals";
-  plain.JoinAtEnd(&notifier);
-  top.AddHook(&notifier);
-  EXPECT_EQ(RingOf(notifier), "T210P") << "plain nodes have the top priority";
-  zero.priority = 6;
-  zero.AddHook(&notifier);
-  EXPECT_EQ(RingOf(notifier), "T021P") << "re-adding moves the hook";
-  // Joining during a walk: called only when landing behind the current node;
-  // with no node of a lower priority a hook goes to the end.
-  first5.action = [&] {
-    front.AddHook(&notifier);
-    behind.AddHook(&notifier);
-  };
-  notifier.Notify(EvChanged, nullptr);
-  EXPECT_EQ(log, "T021Pb");
-  EXPECT_EQ(RingOf(notifier), "TF021Pb");
 }
 
 TEST(Event, DestroyedNotifierSendsItsListenersAway) {

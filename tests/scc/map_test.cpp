@@ -195,22 +195,13 @@ TEST(Map, CopiesAreDeep) {
   ASSERT_EQ(targetRecorder.heard.size(), 1u);
   EXPECT_TRUE(targetRecorder.heard[0].code == EvReload && targetRecorder.heard[0].count == 300);
   EXPECT_TRUE(originalRecorder.heard.empty());
-  CountedMap &alias = target;
   Counted *const kept = target.Find(10);
-  target = alias;  // self-assignment changes and tells nothing
-  EXPECT_EQ(target.Find(10), kept);
-  EXPECT_EQ(targetRecorder.heard.size(), 1u);
+  target = static_cast<CountedMap &>(target);  // self-assignment changes and tells nothing
+  EXPECT_TRUE(target.Find(10) == kept && targetRecorder.heard.size() == 1u);
 
 }
 
 TEST(Map, TextKeys) {
-  SCC_Map<SYS_String, int> numbered;  // text keys through several rehashes
-  for (int k = 0; k < 500; ++k) {
-    SYS_String key;
-    numbered.Insert(key << "net" << k, k);
-  }
-  ASSERT_NE(numbered.Find("net123"), nullptr);
-  EXPECT_EQ(*numbered.Find("net123"), 123);
   // Keys are equal exactly when SCC_Compare says so: texts end at their first NUL.
   struct Case {
     char const *name;
