@@ -14,13 +14,31 @@
 
 using array_test::Heard;
 using array_test::Recorder;
-using array_test::TestArray;
 using tovik_test::Counted;
 
 namespace {
 
 std::int32_t Capacity(_SCC_Array const &array) {
   return array.GetBuffer() != nullptr ? array.GetBuffer()->capacity : 0;
+}
+
+// The typed layers over a plain, a copy-on-write and a counted item type.
+template <class T>
+T Make(int v) {
+  if constexpr (std::is_same<T, SYS_String>::value)
+    return SYS_String(std::to_string(v).c_str());
+  else
+    return T(v);
+}
+int ValueOf(int v) { return v; }
+int ValueOf(SYS_String const &s) { return std::atoi(s); }
+int ValueOf(Counted const &c) { return c.value; }
+
+template <class T>
+std::vector<int> Values(SCC_Array<T> const &array) {
+  std::vector<int> out;
+  for (std::int32_t i = 0; i < array.GetSize(); ++i) out.push_back(ValueOf(array.GetAt(i)));
+  return out;
 }
 
 TEST(ArrayGrowth, CapacitiesFollowTheGrowthRuleAndCopiesShare) {
@@ -61,19 +79,19 @@ TEST(ArrayGrowth, CapacitiesFollowTheGrowthRuleAndCopiesShare) {
 }
 
 TEST(ArrayNotification, CodesAndDataInOrder) {
-  TestArray array;
-  array.Fill({10, 11, 12, 13, 14, 15});
+  SCC_Array<int> array;
+  for (int v : {10, 11, 12, 13, 14, 15}) array.Append(v);
   Recorder listener;
   array.AddListener(listener);
   listener.context = &array;
   listener.also = [](Recorder &self, int) {  // the items are still in place
-    EXPECT_EQ(static_cast<TestArray *>(self.context)->GetSize(), 6);
+    EXPECT_EQ(static_cast<SCC_Array<int> *>(self.context)->GetSize(), 6);
   };
   array.Delete(2, 3);
   EXPECT_EQ(
       listener.heard,
       (std::vector<Heard>{{EvDeleted, 3}, {EvDeleted, 3}, {EvDeleted, 3}, {EvRemapped, 2, 2, 3}}));
-  EXPECT_EQ(array.Items(), (std::vector<std::uint16_t>{10, 11, 15}));
+  EXPECT_EQ(Values(array), (std::vector<int>{10, 11, 15}));
   listener.also = nullptr;
   listener.heard.clear();
   array.Insert(1, 2);
@@ -101,25 +119,6 @@ TEST(ArrayNotification, CodesAndDataInOrder) {
   }
   EXPECT_EQ(typed.heard, (std::vector<Heard>{{EvCleared, 0}}));  // destruction
   EXPECT_EQ(typed.GetOwner(), nullptr);                          // sends it away alive
-}
-
-// The typed layers over a plain, a copy-on-write and a counted item type.
-template <class T>
-T Make(int v) {
-  if constexpr (std::is_same<T, SYS_String>::value)
-    return SYS_String(std::to_string(v).c_str());
-  else
-    return T(v);
-}
-int ValueOf(int v) { return v; }
-int ValueOf(SYS_String const &s) { return std::atoi(s); }
-int ValueOf(Counted const &c) { return c.value; }
-
-template <class T>
-std::vector<int> Values(SCC_Array<T> const &array) {
-  std::vector<int> out;
-  for (std::int32_t i = 0; i < array.GetSize(); ++i) out.push_back(ValueOf(array.GetAt(i)));
-  return out;
 }
 
 template <class T>
