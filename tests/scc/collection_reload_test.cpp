@@ -53,8 +53,7 @@ TEST_F(Reloading, OrderRepeatsAndWhatAReloadTellsAndKeeps) {
   view.AllowReload(0);
   view.recorder.Reset();
   view.SetFilter(&visible);
-  EXPECT_EQ(view.GetSize(), 6);
-  EXPECT_TRUE(view.recorder.heard.empty());  // the focus had 1: same answer
+  EXPECT_TRUE(view.GetSize() == 6 && view.recorder.heard.empty());  // the focus had 1: same answer
   view.SetSort(&ObjectStore::CompareKey, 1);
   EXPECT_EQ(view.GetSize(), 0);
   view.AllowReload(1);
@@ -86,8 +85,7 @@ TEST_F(Reloading, HooksAreCountedPerNotifier) {
 
   local.SetKey(c, 5);
   EXPECT_EQ(view.Ids(), (Ids{3, 1, 2, 4, 5}));
-  shared.Notify(EvDeleted, SCC_HandleToData(a.Handle()));
-  shared.Notify(EvDeleted, SCC_HandleToData(b.Handle()));
+  for (StoreObject *gone : {&a, &b}) shared.Notify(EvDeleted, SCC_HandleToData(gone->Handle()));
   EXPECT_NE(shared.HasListeners(), 0);
   shared.Notify(EvDeleted, SCC_HandleToData(c.Handle()));
   EXPECT_EQ(shared.HasListeners(), 0);  // the last one took the hook along

