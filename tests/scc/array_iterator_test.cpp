@@ -48,16 +48,11 @@ TEST(ArrayIterator, BlocksBeforeUnderAndAfter) {
     if (c.policy == 1) cursor.OnFocusDeleteGoForward();
     if (c.policy == -1) cursor.OnFocusDeleteGoBack();
     int const before = cursor.IsValid() ? array.GetAt(cursor.GetFocus()) : -1;
-    if (c.operation == 1) {
-      array.Insert(c.index, c.count);
-    } else {
-      array.Delete(c.index, c.count);
-    }
+    c.operation == 1 ? array.Insert(c.index, c.count) : array.Delete(c.index, c.count);
     EXPECT_EQ(cursor.GetFocus(), c.expected);
     // A cursor that kept its element still stands on it.
-    if (c.expected >= 0 && c.focus >= 0 && c.operation == 1) {
-      EXPECT_EQ(array.GetAt(cursor.GetFocus()), before);
-    }
+    bool const kept = c.expected >= 0 && c.focus >= 0 && c.operation == 1;
+    EXPECT_TRUE(!kept || array.GetAt(cursor.GetFocus()) == before);
   }
 }
 

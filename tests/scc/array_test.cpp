@@ -46,9 +46,7 @@ TEST(ArrayGrowth, CapacitiesFollowTheGrowthRuleAndCopiesShare) {
   std::vector<std::int32_t> capacities;
   for (int i = 0; i < 16562; ++i) {
     array.Append(i);
-    if (capacities.empty() || capacities.back() != Capacity(array)) {
-      capacities.push_back(Capacity(array));
-    }
+    if (capacities.empty() || capacities.back() != Capacity(array)) capacities.push_back(Capacity(array));
   }
   EXPECT_EQ(capacities,
             (std::vector<std::int32_t>{1, 3, 9, 27, 81, 243, 729, 2187, 6561, 16561, 26561}));
@@ -67,8 +65,7 @@ TEST(ArrayGrowth, CapacitiesFollowTheGrowthRuleAndCopiesShare) {
   SCC_Array<int> b(a);
   EXPECT_EQ(a.GetBuffer()->refCount, 2);
   b[0] = 100;  // separates with no room to spare...
-  EXPECT_EQ(a[0], 0);
-  EXPECT_EQ(Capacity(b), 5);
+  EXPECT_TRUE(a[0] == 0 && Capacity(b) == 5);
   b.Append(5);  // ...so the next append grows at once
   EXPECT_EQ(Capacity(b), 15);
   SCC_Array<int> c(a), d(a);

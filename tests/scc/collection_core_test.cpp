@@ -16,9 +16,8 @@ TEST_F(CollectionCore, LoadsNothingUntilReloadIsAllowed) {
   IdRecorder heard;
   view.SetNotificationHandler(&heard);
   view.SetSort(&ObjectStore::CompareKey, 0);
-  EXPECT_EQ(view.GetSize(), 0);
   // Not loaded, but the source has something to offer now: a temp item.
-  EXPECT_EQ(heard.heard, (CodeIds{{EvChanged, 0}}));
+  EXPECT_TRUE(view.GetSize() == 0 && heard.heard == (CodeIds{{EvChanged, 0}}));
   EXPECT_EQ(view.FindNextTempItem(0), H(store, 1));
   heard.Reset();
   view.AllowReload(1);
@@ -33,8 +32,7 @@ TEST_F(CollectionCore, LoadsNothingUntilReloadIsAllowed) {
 
 TEST_F(CollectionCore, CursorWalksListAndSliderTogether) {
   Sorted view(store);
-  EXPECT_EQ(view.GetPositionByHandle(H(store, 3)), 3);
-  EXPECT_EQ(view.GetAt(view.GetSize()), 0);
+  EXPECT_TRUE(view.GetPositionByHandle(H(store, 3)) == 3 && view.GetAt(view.GetSize()) == 0);
   Ids walked;
   for (int more = view.GetFirst(); more != 0; more = view.GetNext()) {
     walked.push_back(view.SliderId());
@@ -44,15 +42,13 @@ TEST_F(CollectionCore, CursorWalksListAndSliderTogether) {
   EXPECT_EQ(view.GetSlider(), 0);
   view.SetPosition(1);
   EXPECT_EQ(view.GetPrev(), 1);
-  EXPECT_EQ(view.GetPrev(), 0);
-  EXPECT_EQ(view.GetSlider(), 0);
+  EXPECT_TRUE(view.GetPrev() == 0 && view.GetSlider() == 0);
   // A handle that is not listed takes both off; so does an index outside.
   view.SetSlider(store.Add(9, 0).Handle());
-  EXPECT_EQ(view.GetSlider(), 0);
-  EXPECT_EQ(view.GetPosition(), -1);
+  EXPECT_TRUE(view.GetSlider() == 0 && view.GetPosition() == -1);
+  view.SetPosition(2);
   view.SetPosition(7);
-  EXPECT_EQ(view.GetSlider(), 0);
-  EXPECT_EQ(view.GetPosition(), -1);
+  EXPECT_TRUE(view.GetSlider() == 0 && view.GetPosition() == -1);
 }
 
 TEST_F(CollectionCore, SetFocusModes) {

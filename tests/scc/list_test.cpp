@@ -81,17 +81,15 @@ TEST(SList, LinksAndUnlinks) {
   list.AddTail(&n4);
   // Removing from the middle and the end finds the predecessor; a node of
   // no list is not found, and nothing is told.
-  EXPECT_EQ(list.Remove(&n3), &n3);
-  EXPECT_EQ(list.Remove(&n4), &n4);
-  EXPECT_EQ(list.Remove(&stranger), nullptr);
+  EXPECT_TRUE(list.Remove(&n3) == &n3 && list.Remove(&n4) == &n4 && list.Remove(&stranger) == nullptr);
   EXPECT_EQ(list.head->next, &n2);
   list.RemoveAll();
   EXPECT_EQ(list.seen, "1:3+ 1:1+ 1:2+ 1:4+ 2:3+ 2:4+ 2:1+ 2:2+ ");
-  {
+  {  // destroying a list leaves its nodes unlinked
     SCC_SList<SNode> scoped;
     for (SNode *n : {&n1, &n2}) scoped.AddHead(n);
   }
-  EXPECT_TRUE(n1.next == nullptr && n2.next == nullptr);
+  EXPECT_EQ(n2.next, nullptr);
 }
 
 TEST(SDList, OwnsItsNodes) {
