@@ -1,4 +1,4 @@
-// Plain intrusive lists and their cursors.
+// Plain intrusive lists: linking, unlinking, owning, and when each change is told.
 #include <gtest/gtest.h>
 
 #include <string>
