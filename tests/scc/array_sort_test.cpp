@@ -194,6 +194,7 @@ TEST(ArraySearch, RunsOfEqualItemsOrderedInsertionAndValidPlaces) {
   std::vector<int> tags;
   for (std::int32_t i = 0; i < tagged.GetSize(); ++i) tags.push_back(tagged.GetAt(i).tag);
   EXPECT_EQ(tags, (std::vector<int>{4, 1, 2, 3, 0, 5}));  // keys 0 1 3 3 5 9, equals in order of arrival
+  EXPECT_EQ(tagged.ItemInValidPlace(6), 0);  // outside the array: a failed check, and 0
   // ItemInValidPlace looks at both neighbours, or the one there is.
   struct Case {
     std::int32_t index;
