@@ -1,5 +1,6 @@
 #include "sfm_message_db.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -211,7 +212,10 @@ void SFM_MessageDB::LoadCompiled() {
     tableCount = Int16At(header + 2);
     count = Int16At(header + 4);
   }
-  MakeKeys(count < 0 ? 0 : count);
+  // The table is sized by the records the file can hold, not by a header
+  // that may claim more.
+  std::int64_t const fits = (std::int64_t{file.GetLength()} - kHeaderSize) / kRecordSize;
+  MakeKeys(std::max<std::int64_t>(0, std::min<std::int64_t>(count, fits)));
   std::int32_t const start = file.GetPosition();
   std::int64_t textArea = 0;
   unsigned char record[kRecordSize];
