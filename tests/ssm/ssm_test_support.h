@@ -4,6 +4,7 @@
 #define TOVIK_SSM_TEST_SUPPORT_H
 
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -52,8 +53,10 @@ SSM::AssertData *Thrown(Call call) {
   return nullptr;
 }
 
-inline SSM::AssertData *RecordAt(SSM &manager, char const *key) {
-  return manager.asserts.Find(key);
+inline SSM::AssertData *RecordAt(SSM &manager, char const *key) { return manager.asserts.Find(key); }
+// The record of a failure at "board.cpp(line)".
+inline SSM::AssertData *RecordAt(SSM &manager, int line) {
+  return RecordAt(manager, ("board.cpp(" + std::to_string(line) + ")").c_str());
 }
 
 }  // namespace ssm_test

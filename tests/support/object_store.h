@@ -43,20 +43,12 @@ class ObjectStore {
  public:
   typedef std::unordered_map<SCC_Handle, SCC_Handle> Remapping;
 
-  ObjectStore() = default;
-  ObjectStore(ObjectStore const &) = delete;
-  ObjectStore &operator=(ObjectStore const &) = delete;
-
   // A new object at the end of the order, told to nobody.
   StoreObject &Add(int id, int key, bool ownNotifier = false, StoreObject *owner = nullptr) {
-    objects.push_back(std::make_unique<StoreObject>());
-    StoreObject &object = *objects.back();
-    object.id = id;
-    object.key = key;
-    object.owner = owner;
-    if (ownNotifier) object.notifier = std::make_shared<SCC_Notifier>(0);
-    Append(object);
-    return object;
+    objects.push_back(std::make_unique<StoreObject>(
+        StoreObject{id, key, 1, owner, ownNotifier ? std::make_shared<SCC_Notifier>(0) : nullptr}));
+    Append(*objects.back());
+    return *objects.back();
   }
   // A new object, told to the store's listeners (EvAdded).
   StoreObject &Insert(int id, int key, bool ownNotifier = false, StoreObject *owner = nullptr) {
@@ -100,10 +92,8 @@ class ObjectStore {
   }
 
   StoreObject *Find(int id) const {
-    for (auto const &object : objects) {
-      if (object->id == id) return object.get();
-    }
-    return nullptr;
+    auto const found = std::find_if(objects.begin(), objects.end(), [id](auto const &o) { return o->id == id; });
+    return found != objects.end() ? found->get() : nullptr;
   }
   // Where the object first stands in the order, or -1.
   std::ptrdiff_t IndexOf(SCC_Handle handle) const {
@@ -111,7 +101,7 @@ class ObjectStore {
     return found != firstIndex.end() ? static_cast<std::ptrdiff_t>(found->second) : -1;
   }
 
-  // By key, then by id; by key alone; and the store's filter.
+  // By key alone.
   static int CompareKey(SCC_Handle const &a, SCC_Handle const &b) {
     return (StoreObject::From(a)->key > StoreObject::From(b)->key) -
            (StoreObject::From(a)->key < StoreObject::From(b)->key);
@@ -142,7 +132,6 @@ class StoreCollection : public SCC_StdCollection {
     SetEvent(&store.source);
   }
 
-  using SCC_StdCollection::ConnectEvent;
   using SCC_StdCollection::ListenToList;
   using SCC_StdCollection::Reload;
 
@@ -205,30 +194,15 @@ class ChildCollection : public StoreCollection {
       : StoreCollection(children, &parentCollection) {}
 
  protected:
-  int _GetFirst() override {
-    SCC_StdCollection *const up = GetParent();
-    for (std::int32_t k = 0; up != nullptr && up->GetFocus(k) != 0; ++k) {
-      up->SetSlider(up->GetFocus(k));
-      if (FirstOf(up->GetSlider(), 0)) return 1;
-    }
-    at = kOff;
-    return 0;
-  }
+  int _GetFirst() override { return FromFocus(0); }
   int _GetNext() override {
-    if (at == kOff) return _GetFirst();
+    if (at == kOff) return FromFocus(0);
     StoreObject *const owner = store.order[at]->owner;
     if (FirstOf(owner != nullptr ? owner->Handle() : 0, at + 1)) return 1;
     // On to the objects of the next focused object.
     SCC_StdCollection *const up = GetParent();
     std::int32_t k = 0;
-    if (up == nullptr || owner == nullptr || !up->IsInFocus(owner->Handle(), &k)) {
-      at = kOff;
-      return 0;
-    }
-    for (++k; up->GetFocus(k) != 0; ++k) {
-      up->SetSlider(up->GetFocus(k));
-      if (FirstOf(up->GetSlider(), 0)) return 1;
-    }
+    if (up != nullptr && owner != nullptr && up->IsInFocus(owner->Handle(), &k)) return FromFocus(k + 1);
     at = kOff;
     return 0;
   }
@@ -242,6 +216,17 @@ class ChildCollection : public StoreCollection {
   }
 
  private:
+  // The first object of the focused objects from the k-th on; the parent's
+  // slider stands on its owner.
+  bool FromFocus(std::int32_t k) {
+    SCC_StdCollection *const up = GetParent();
+    for (; up != nullptr && up->GetFocus(k) != 0; ++k) {
+      up->SetSlider(up->GetFocus(k));
+      if (FirstOf(up->GetSlider(), 0)) return true;
+    }
+    at = kOff;
+    return false;
+  }
   // The first object of owner from index from on; the slider goes there or off.
   bool FirstOf(SCC_Handle owner, std::size_t from) {
     for (std::size_t i = from; owner != 0 && i < store.order.size(); ++i) {

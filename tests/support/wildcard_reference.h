@@ -15,40 +15,29 @@ enum Result { kNoMatch, kMatch, kAbort };
 // the ']' unless the class is bad.
 inline Result Class(char const *p, char c, char const **next) {
   p++;
-  bool negate = false;
-  if (*p == '!' || *p == '^') {
-    negate = true;
-    p++;
-  }
+  bool const negate = *p == '!' || *p == '^';
+  if (negate) p++;
   if (*p == ']') return kAbort;  // nothing in the class
+  // One member byte, escaped or not; false when the pattern ends first.
+  auto member = [&p](char *out) {
+    if (*p == '\\') p++;
+    if (*p == '\0') return false;
+    *out = *p++;
+    return true;
+  };
   bool in = false;
-  for (;;) {
-    if (*p == '\0') return kAbort;  // ran out before ']'
-    if (*p == ']') break;
-    char lo = *p;
-    if (lo == '\\') {
-      p++;
-      if (*p == '\0') return kAbort;
-      lo = *p;
+  while (*p != ']') {
+    char lo = 0, hi = 0;
+    if (!member(&lo)) return kAbort;  // ran out before ']'
+    if (*p != '-') {
+      in = in || lo == c;
+      continue;
     }
     p++;
-    if (*p == '-') {
-      p++;
-      if (*p == ']' || *p == '\0') return kAbort;  // no upper end
-      char hi = *p;
-      if (hi == '\\') {
-        p++;
-        if (*p == '\0') return kAbort;
-        hi = *p;
-      }
-      p++;
-      signed char const a = static_cast<signed char>(lo);
-      signed char const b = static_cast<signed char>(hi);
-      signed char const x = static_cast<signed char>(c);
-      if ((a <= x && x <= b) || (b <= x && x <= a)) in = true;
-    } else if (lo == c) {
-      in = true;
-    }
+    if (*p == ']' || !member(&hi)) return kAbort;  // no upper end
+    signed char const a = static_cast<signed char>(lo), b = static_cast<signed char>(hi);
+    signed char const x = static_cast<signed char>(c);
+    in = in || (a <= x && x <= b) || (b <= x && x <= a);
   }
   *next = p + 1;
   return in != negate ? kMatch : kNoMatch;
