@@ -17,11 +17,7 @@ double const kNaN = std::numeric_limits<double>::quiet_NaN();
 #define TRACE_ROW(c) SCOPED_TRACE(testing::Message() << (c).name << ": " << (c).reason)
 
 TEST(GeometryUnits, RoundTruncateAndWrap) {
-  struct {
-    char const *name, *reason;
-    double value;
-    std::int32_t rounded, truncated;
-  } const cases[] = {
+  struct { char const *name, *reason; double value; std::int32_t rounded, truncated; } const cases[] = {
       {"negative zero", "-0.0 is not negative: +0.5 is added", -0.0, 0, 0},
       {"minus half", "halves go away from zero on the negative side too", -0.5, -1, 0},
       {"two and a half", "no banker's rounding to the even neighbour", 2.5, 3, 2},
@@ -54,10 +50,7 @@ TEST(GeometryUnits, AngleConversionsUseTheirConstantsInOrder) {
 }
 
 TEST(GeometryUnits, RefinedSqrt) {
-  struct {
-    char const *name, *reason;
-    double value, root;
-  } const cases[] = {
+  struct { char const *name, *reason; double value, root; } const cases[] = {
       {"zero", "a zero root is answered at once", 0.0, 0.0},
       {"two", "the Newton step lands one ulp below the library root", 2.0, 0x1.6a09e667f3bccp+0},
       {"three", "the Newton step lands one ulp above the library root", 3.0, 0x1.bb67ae8584cabp+0},

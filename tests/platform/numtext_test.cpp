@@ -14,12 +14,8 @@ namespace {
 namespace num = tovik::num;
 
 TEST(NumTextTest, IntegersHaveThe32BitRanges) {
-  struct {
-    char const *name, *text;
-    bool isUnsigned;
-    long long value;  // as a 32-bit long or unsigned long would hold it
-    int consumed;     // bytes up to end
-  } const cases[] = {
+  // value: as a 32-bit long or unsigned long would hold it; consumed: bytes up to end.
+  struct { char const *name, *text; bool isUnsigned; long long value; int consumed; } const cases[] = {
       {"white space and sign", " \t-45z", false, -45, 5},
       {"sign without digits", "  -x", false, 0, 0},
       {"overflow saturates", "2147483648", false, INT_MAX, 10},

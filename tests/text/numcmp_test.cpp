@@ -12,10 +12,7 @@ using tovik_test::CodePageGuard;
 
 int Sign(int v) { return v < 0 ? -1 : (v > 0 ? 1 : 0); }
 
-struct NumCmpCase {
-  char const *name, *a, *b;
-  int sign;
-};
+struct NumCmpCase { char const *name, *a, *b; int sign; };
 
 void CheckTable(std::initializer_list<NumCmpCase> cases) {
   for (NumCmpCase const &c : cases) {

@@ -48,11 +48,7 @@ std::string Quoted(char const *text) {
 }
 
 // A named call and the text (or position) it must give.
-struct Row {
-  char const *name;
-  std::function<std::string()> actual;
-  std::string expected;
-};
+struct Row { char const *name; std::function<std::string()> actual; std::string expected; };
 
 void CheckRows(std::initializer_list<Row> rows) {
   for (Row const &row : rows) {
