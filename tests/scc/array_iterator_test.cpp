@@ -29,19 +29,15 @@ TEST(ArrayIterator, BlocksBeforeUnderAndAfter) {
       {"insert after the cursor", 1, 2, 3, 0, 1, 1},
       {"insert at the cursor moves it with its element", 1, 2, 3, 0, 2, 5},
       {"insert before the cursor", 1, 0, 2, 0, 4, 6},
-      {"insert at the end", 1, 6, 2, 0, 5, 5},
       {"insert leaves a cursor on nothing", 1, 0, 2, 0, -1, -1},
       {"delete after the cursor", 2, 2, 2, 0, 1, 1},
       {"delete under the cursor, first of block", 2, 2, 2, 0, 2, -1},
-      {"delete under the cursor, last of block", 2, 2, 2, 0, 3, -1},
       {"delete before the cursor", 2, 2, 2, 0, 4, 2},
       {"delete of all before the cursor", 2, 0, 5, 0, 5, 0},
       {"forward: one item under the cursor", 2, 2, 1, 1, 2, 2},
       {"forward: block under the cursor", 2, 2, 3, 1, 2, -1},
       {"forward: cursor on the second of a block", 2, 2, 3, 1, 3, -1},
-      {"forward: delete before the cursor", 2, 0, 2, 1, 4, 2},
       {"back: one item under the cursor", 2, 2, 1, -1, 2, -1},
-      {"back: delete before the cursor", 2, 1, 1, -1, 3, 2},
       {"forward: insert at the cursor", 1, 3, 1, 1, 3, 4},
   };
   for (Case const &c : cases) {
@@ -52,144 +48,48 @@ TEST(ArrayIterator, BlocksBeforeUnderAndAfter) {
     if (c.policy == 1) cursor.OnFocusDeleteGoForward();
     if (c.policy == -1) cursor.OnFocusDeleteGoBack();
     int const before = cursor.IsValid() ? array.GetAt(cursor.GetFocus()) : -1;
-    if (c.operation == 1) {
-      array.Insert(c.index, c.count);
-    } else {
-      array.Delete(c.index, c.count);
-    }
+    c.operation == 1 ? array.Insert(c.index, c.count) : array.Delete(c.index, c.count);
     EXPECT_EQ(cursor.GetFocus(), c.expected);
     // A cursor that kept its element still stands on it.
-    if (c.expected >= 0 && c.focus >= 0 && c.operation == 1) {
-      EXPECT_EQ(array.GetAt(cursor.GetFocus()), before);
-    }
+    bool const kept = c.expected >= 0 && c.focus >= 0 && c.operation == 1;
+    EXPECT_TRUE(!kept || array.GetAt(cursor.GetFocus()) == before);
   }
 }
 
-TEST(ArrayIterator, ForwardPolicyAndClearing) {
+TEST(ArrayIterator, WalkingPastTheEndAndClearing) {
   SCC_Array<int> array;
   Fill(array, 4);
   Cursor cursor(array, 1);
-  cursor.OnFocusDeleteGoForward();
-  array.Delete(1, 1);
-  EXPECT_EQ(array.GetAt(cursor.GetFocus()), 20);  // the element that followed
-  // The last element deleted under a forward cursor leaves it past the end.
-  Cursor last(array, 2);
-  last.OnFocusDeleteGoForward();
-  array.Delete(2, 1);
-  EXPECT_EQ(last.GetFocus(), 2);
-  EXPECT_EQ(last.IsValid(), 0);
-  EXPECT_EQ(last.HasValidFocus(), 1);
-
-  // Changes of items, sizes and unknown records leave the focus alone.
-  array.SetAt(1, 99);
-  array.SetSize(2);
-  _SCC_Array::UpdateRecord odd{3, 0, 2};
-  cursor.OnUpdatePointers(&odd);
-  cursor.OnUpdatePointers(nullptr);
-  EXPECT_EQ(cursor.GetFocus(), 1);
-
-  // Clear, and the array's destruction, unplace the cursor and forget the array.
-  array.Clear();
-  EXPECT_EQ(cursor.GetFocus(), -1);
-  EXPECT_EQ(cursor.GetArray(), nullptr);
-  EXPECT_EQ(cursor.GetHandle(), 0);
-  auto doomed = std::make_unique<SCC_Array<int>>();
-  Fill(*doomed, 3);
-  Cursor survivor(*doomed, 1);
-  doomed.reset();
-  EXPECT_EQ(survivor.GetArray(), nullptr);
-  EXPECT_EQ(survivor.GetFocus(), -1);
-  EXPECT_EQ(survivor.GetOwner(), nullptr);
-}
-
-TEST(ArrayIterator, HandlesAndPlacing) {
-  SCC_Array<int> array;
-  Fill(array, 4);
-  SCC_ArrayIteratorBase base;
-  base.Restart(array, 2);
-  EXPECT_EQ(base.GetHandle(), 0);  // no array of its own
-  EXPECT_EQ(base.IsValid(), 0);
-  array.Insert(0, 1);
-  EXPECT_EQ(base.GetFocus(), 3);  // it listens all the same
-
-  Cursor cursor;
-  cursor.GetFirst(&array);
-  EXPECT_EQ(cursor.GetHandle(), 1);
-  cursor.SetHandle(0, &array);
-  EXPECT_EQ(cursor.GetFocus(), -1);
-  EXPECT_EQ(cursor.GetOwner(), array.GetNotifier());
-  cursor.SetHandle(3, nullptr);  // on its own array
-  EXPECT_EQ(cursor.GetFocus(), 2);
-  cursor.Restart(array, -5);
-  EXPECT_EQ(cursor.GetFocus(), -1);
-  cursor.RestartFromEnd(array);
-  EXPECT_EQ(cursor.GetFocus(), 4);
-
-  Cursor loose;
-  loose.SetHandle(3, nullptr);  // no array at all: nothing happens
-  loose.GetFirst(nullptr);
-  EXPECT_EQ(loose.GetFocus(), -1);
-  EXPECT_EQ(loose.GetOwner(), nullptr);
-  SCC_Array<int> empty;
-  loose.RestartFromEnd(empty);
-  EXPECT_EQ(loose.GetFocus(), -1);
-
-  // Restarting moves the cursor from one array's ring to the other's.
-  cursor.Restart(empty, 0);
-  array.Insert(0, 3);
-  EXPECT_EQ(cursor.GetFocus(), 0);
-  EXPECT_EQ(SCC_ArrayIteratorBase::GetChangeEvent(&array), array.GetNotifier());
-  EXPECT_EQ(SCC_ArrayIteratorBase::GetChangeEvent(nullptr), nullptr);
-  EXPECT_EQ(SCC_ArrayIteratorBase::DefaultSort(3, 5), -2);
-}
-
-TEST(ArrayIterator, Walking) {
-  SCC_Array<int> array;
-  Fill(array, 3);
-  Cursor cursor(array, 0);
   std::vector<int> seen;
   do {
     seen.push_back(array.GetAt(cursor.GetFocus()));
   } while (cursor.GetNext());
-  EXPECT_EQ(seen, (std::vector<int>{0, 10, 20}));
-  EXPECT_EQ(cursor.GetFocus(), 3);  // past the end
+  EXPECT_EQ(seen, (std::vector<int>{10, 20, 30}));
+  EXPECT_EQ(cursor.GetFocus(), 4);  // past the end
   EXPECT_EQ(cursor.GetPrev(), 0);   // does not step back
-  Cursor old = cursor--;
-  EXPECT_EQ(old.GetFocus(), 3);
-  EXPECT_EQ(old.GetOwner(), nullptr);
+  Cursor old = cursor--;            // a copy listens to nothing
+  --cursor;
+  EXPECT_TRUE(old.GetFocus() == 4 && old.GetOwner() == nullptr && cursor.GetFocus() == 2);
+  // The last element deleted under a forward cursor leaves it past the end.
+  Cursor last(array, 3);
+  last.OnFocusDeleteGoForward();
+  array.Delete(3, 1);
+  EXPECT_EQ(last.IsValid() * 10 + last.HasValidFocus(), 1);
+  // Changes of items, sizes and unknown records leave the focus alone.
+  array.SetAt(1, 99);
+  array.SetSize(3);
+  _SCC_Array::UpdateRecord odd{3, 0, 2};
+  cursor.OnUpdatePointers(&odd);
+  cursor.OnUpdatePointers(nullptr);
   EXPECT_EQ(cursor.GetFocus(), 2);
-  EXPECT_EQ((--cursor).GetFocus(), 1);
-}
-
-TEST(ArrayIterator, CopiesKeepTheirNumberAssignmentsListen) {
-  SCC_Array<int> array;
-  Fill(array, 5);
-  Cursor cursor(array, 2);
-  cursor.OnFocusDeleteGoForward();
-  Cursor copy(cursor);
-  EXPECT_EQ(copy.GetArray(), &array);
-  EXPECT_EQ(copy.GetOwner(), nullptr);
-  Cursor assigned;
-  assigned = cursor;
-  EXPECT_EQ(assigned.next, &cursor);  // joins directly in front of the other
-  EXPECT_EQ(assigned.GetArray(), &array);
-
-  array.Insert(0, 1);
-  EXPECT_EQ(copy.GetFocus(), 2);
-  EXPECT_EQ(cursor.GetFocus(), 3);
-  EXPECT_EQ(assigned.GetFocus(), 3);
-  array.Delete(3, 1);  // the policy came with the assignment
-  EXPECT_EQ(assigned.GetFocus(), 3);
-  EXPECT_EQ(array.GetAt(3), 30);
-
-  Cursor &alias = assigned;
-  assigned = alias;
-  EXPECT_EQ(assigned.next, &cursor);
-  {
-    Cursor shortLived(array, 1);  // destroyed before the array: leaves quietly
-  }
-  array.Insert(0, 1);
-  EXPECT_EQ(cursor.GetFocus(), 4);
+  // Clear, and the array's destruction, unplace the cursor and forget the array.
+  array.Clear();
+  EXPECT_TRUE(cursor.GetFocus() == -1 && cursor.GetArray() == nullptr && cursor.GetHandle() == 0);
+  auto doomed = std::make_unique<SCC_Array<int>>();
+  Fill(*doomed, 3);
+  Cursor survivor(*doomed, 1);
+  doomed.reset();
+  EXPECT_TRUE(survivor.GetArray() == nullptr && survivor.GetFocus() == -1 && survivor.GetOwner() == nullptr);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 // notifiers, and children that follow their parent.
 #include "collection_support.h"
 
-#include "ssm.h"
-
 namespace tovik_test {
 namespace {
 
@@ -20,31 +18,25 @@ class Visible : public SYS_Filter {
   int IsTrue(SCC_Handle handle) override { return StoreObject::From(handle)->visible; }
 };
 
-TEST_F(Reloading, OrderRepeatsAndEmptySources) {
+TEST_F(Reloading, OrderRepeatsAndWhatAReloadTellsAndKeeps) {
   SCC_Comparator<SCC_Handle> byKey(&ObjectStore::CompareKey);  // outlives its user
   store.Repeat(O(4));  // a source that offers a handle twice
-  Sorted up(store);
-  EXPECT_EQ(up.Ids(), (Ids{2, 5, 4, 1, 3, 6}));  // equal keys in the source's order
   Sorted down(store, 1);
-  EXPECT_EQ(down.Ids(), (Ids{1, 3, 6, 4, 2, 5}));  // both ways
+  EXPECT_EQ(down.Ids(), (Ids{1, 3, 6, 4, 2, 5}));  // equal keys in the source's order
   StoreCollection plain(store);
   plain.SetSort(&byKey, 0);
   plain.AllowReload(1);
   EXPECT_EQ(plain.Ids(), (Ids{2, 5, 4, 1, 3, 6}));
   plain.SetSort(static_cast<SCC_Comparator<SCC_Handle> *>(nullptr), 0);  // refused
   EXPECT_EQ(plain.GetSize(), 6);
-}
 
-TEST_F(Reloading, WhatAReloadTellsAndKeeps) {
   Sorted view(store);
   Visible visible;
   view.SetFocus(H(store, 1), 1);
   view.SetFocus(H(store, 4), 1);
   view.recorder.Reset();
   view.Reload(0);  // unchanged: nothing told
-  EXPECT_TRUE(view.recorder.heard.empty());
   view.Reload(1);
-  EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}}));
   // A filter drops a focused handle without a word of its own; back in the
   // list it is not focused again.
   O(4).visible = 0;
@@ -54,7 +46,6 @@ TEST_F(Reloading, WhatAReloadTellsAndKeeps) {
   EXPECT_EQ(view.recorder.heard, (CodeIds{{EvReload, 0}, {EvReload, 0}}));
   view.SetFilter(nullptr);
   EXPECT_FALSE(view.IsInFocus(H(store, 4), nullptr));
-  EXPECT_EQ(view.GetPosition(), -1);
 
   // With reloading forbidden nothing loads; SetSort empties the list. A
   // reload notes whether the focus had anything, as the temp item answer,
@@ -62,8 +53,7 @@ TEST_F(Reloading, WhatAReloadTellsAndKeeps) {
   view.AllowReload(0);
   view.recorder.Reset();
   view.SetFilter(&visible);
-  EXPECT_EQ(view.GetSize(), 6);
-  EXPECT_TRUE(view.recorder.heard.empty());  // the focus had 1: same answer
+  EXPECT_TRUE(view.GetSize() == 6 && view.recorder.heard.empty());  // the focus had 1: same answer
   view.SetSort(&ObjectStore::CompareKey, 1);
   EXPECT_EQ(view.GetSize(), 0);
   view.AllowReload(1);
@@ -91,13 +81,11 @@ TEST_F(Reloading, HooksAreCountedPerNotifier) {
   SCC_Notifier &shared = *a.notifier;
   // One hook for the three; none on the source itself.
   EXPECT_EQ(shared.next->next, static_cast<SCC_EventNode<int> *>(&shared));
-  EXPECT_EQ(local.source.next, static_cast<SCC_EventNode<int> *>(&view));
-  EXPECT_EQ(local.source.next->next, &local.source);
+  EXPECT_TRUE(local.source.next == static_cast<SCC_EventNode<int> *>(&view) && view.next == &local.source);
 
   local.SetKey(c, 5);
   EXPECT_EQ(view.Ids(), (Ids{3, 1, 2, 4, 5}));
-  shared.Notify(EvDeleted, SCC_HandleToData(a.Handle()));
-  shared.Notify(EvDeleted, SCC_HandleToData(b.Handle()));
+  for (StoreObject *gone : {&a, &b}) shared.Notify(EvDeleted, SCC_HandleToData(gone->Handle()));
   EXPECT_NE(shared.HasListeners(), 0);
   shared.Notify(EvDeleted, SCC_HandleToData(c.Handle()));
   EXPECT_EQ(shared.HasListeners(), 0);  // the last one took the hook along
@@ -156,9 +144,8 @@ TEST_F(ParentAndChild, ChildFollowsTheParentsFocus) {
   IdRecorder heard(&child);
   child.SetNotificationHandler(&heard);
   child.SetSort(&ObjectStore::CompareKey, 0);
-  child.AllowReload(1);
+  child.AllowReload(1);  // nothing focused: nothing listed
   EXPECT_EQ(child.GetSize(), 0);
-
   parent.SetPosition(3);
   parent.SetFocus(H(parts, 2), 1);
   EXPECT_EQ(child.Ids(), (Ids{23, 22, 21}));
@@ -190,110 +177,10 @@ TEST_F(ParentAndChild, ChildFollowsTheParentsFocus) {
   heard.Reset();
   child.OnParentNotification(EvDeleted, nullptr);
   EXPECT_EQ(heard.heard, (CodeIds{{EvDeleted, 31}, {EvDeleted, 32}, {EvDeleted, 33}}));
-  EXPECT_EQ(child.Ids(), (Ids{12, 13, 11}));
   heard.Reset();
   parts.Tell(EvCleared);
-  EXPECT_EQ(child.GetSize(), 0);
   EXPECT_EQ(heard.heard, (CodeIds{{EvCleared, 0}}));
-  EXPECT_EQ(heard.lists[0].size(), 3u);  // told before it empties
-}
-
-// A collection that records its calls of Filter and GetEvent. With listen
-// it has a listener on its own list, which makes a reload insert one by one.
-class Traced : public StoreCollection {
- public:
-  Traced(ObjectStore &objects, bool listen, int descending, SYS_Filter *filterToUse,
-         bool byKey = true)
-      : StoreCollection(objects), recorder(this) {
-    if (listen) ListenToList(listNode);
-    SetSort(byKey ? &ObjectStore::CompareKey : nullptr, descending);
-    SetNotificationHandler(&recorder);
-    if (filterToUse != nullptr) SetFilter(filterToUse);
-  }
-  void Load() { AllowReload(1); }
-  int Filter(SCC_Handle handle) override {
-    calls.emplace_back('F', IdOf(handle));
-    if (reloadAtCall >= 0 && static_cast<int>(calls.size()) == reloadAtCall) Reload(0);
-    return StoreCollection::Filter(handle);
-  }
-  SCC_Notifier *GetEvent() override {
-    calls.emplace_back('E', SliderId());
-    return StoreCollection::GetEvent();
-  }
-
-  std::vector<std::pair<char, int>> calls;
-  IdRecorder recorder;
-  SCC_EventNode<int> listNode;
-  int reloadAtCall = -1;
-};
-
-TEST(ReloadPaths, SortingAtTheEndGivesWhatInsertingOneByOneGives) {
-  std::mt19937 random(2024);
-  Visible visible;
-  for (int size : {0, 1, 2, 15, 16, 17, 33, 200, 1000}) {
-    for (int round = 0; round < 6; ++round) {
-      SCOPED_TRACE(testing::Message() << "size " << size << " round " << round);
-      int const keys = round % 3 == 0 ? 3 : 1000;  // many ties, or few
-      int const descending = round % 2;
-      bool const filtered = round >= 3;
-      ObjectStore store;
-      for (int id = 1; id <= size; ++id) {
-        StoreObject &object = store.Add(id, static_cast<int>(random() % keys), random() % 4 == 0);
-        object.visible = random() % 5 != 0;
-      }
-      for (int k = 0; k < size / 5; ++k) store.Repeat(*store.order[random() % store.order.size()]);
-      if (size > 3) {  // some notifiers shared, one the source itself
-        store.order[1]->notifier = store.order[0]->notifier;
-        store.order[2]->notifier = std::shared_ptr<SCC_Notifier>(&store.source, [](SCC_Notifier *) {});
-      }
-      store.Shuffle(static_cast<unsigned>(random()));
-
-      bool const byKey = round < 4;  // the last two by handle value, both ways
-      Traced literal(store, true, descending, filtered ? &visible : nullptr, byKey);
-      Traced collecting(store, false, descending, filtered ? &visible : nullptr, byKey);
-      literal.Load();
-      collecting.Load();
-      EXPECT_EQ(collecting.Ids(), literal.Ids());
-      EXPECT_EQ(collecting.calls, literal.calls);
-      EXPECT_EQ(collecting.recorder.heard, literal.recorder.heard);
-
-      // Again with a focus to carry over, after changes nobody was told of.
-      for (StoreCollection *view : {static_cast<StoreCollection *>(&literal),
-                                    static_cast<StoreCollection *>(&collecting)}) {
-        for (std::int32_t i = 0; i < view->GetSize(); i += 3) view->SetFocus(view->GetAt(i), 1);
-      }
-      for (auto const &object : store.objects) {
-        if (random() % 3 == 0) object->key = static_cast<int>(random() % keys);
-        if (random() % 7 == 0) object->visible = !object->visible;
-      }
-      literal.calls.clear();
-      collecting.calls.clear();
-      literal.recorder.Reset();
-      collecting.recorder.Reset();
-      literal.Reload(round % 2);
-      collecting.Reload(round % 2);
-      EXPECT_EQ(collecting.Ids(), literal.Ids());
-      EXPECT_EQ(collecting.FocusIds(), literal.FocusIds());
-      EXPECT_EQ(collecting.calls, literal.calls);
-      EXPECT_EQ(collecting.recorder.heard, literal.recorder.heard);
-    }
-  }
-}
-
-TEST(ReloadPaths, NestedReloadDuringTheWalk) {
-  for (int at : {1, 5, 12}) {
-    SCOPED_TRACE(at);
-    ObjectStore store;
-    for (int id = 1; id <= 8; ++id) store.Add(id, (id * 5) % 7);
-    store.Repeat(*store.Find(3));
-    Traced literal(store, true, 0, nullptr), collecting(store, false, 0, nullptr);
-    literal.reloadAtCall = collecting.reloadAtCall = at;
-    literal.Load();
-    collecting.Load();
-    EXPECT_EQ(collecting.Ids(), literal.Ids());
-    EXPECT_EQ(collecting.calls, literal.calls);
-    EXPECT_EQ(collecting.GetSize(), 8);
-  }
+  EXPECT_TRUE(heard.lists[0].size() == 3u && child.GetSize() == 0);  // told before it empties
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // operations of SSM::AssertObj.
 #include <cstdint>
 #include <set>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -12,57 +11,36 @@
 namespace {
 
 using ssm_test::Fail;
-using ssm_test::Listener;
 using ssm_test::RecordAt;
 
-SCC_Handle HandleOf(SSM::AssertData const *record) {
-  return reinterpret_cast<SCC_Handle>(record);
-}
+SCC_Handle HandleOf(SSM::AssertData const *record) { return reinterpret_cast<SCC_Handle>(record); }
 
 TEST(AssertRegistry, OneRecordPerFileAndLine) {
   SSM manager;
-  Fail(1, SSM_FailureNotice, "a");
   Fail(2, SSM_FailureNotice, "b");
   Fail(2, SSM_FailureError, "c");
   SSM_AssertFailed("no file", nullptr, -1, SSM_FailureNotice, 0);
   Fail(3, SSM_FailureNotice, "", 7);
   Fail(4, SSM_FailureNotice, nullptr, 0);
-  EXPECT_EQ(manager.asserts.GetCount(), 5);
-  EXPECT_STREQ(RecordAt(manager, "board.cpp(3)")->msg, "SSM: Assert ID #7, message not available");
-  EXPECT_STREQ(RecordAt(manager, "board.cpp(4)")->msg, "Message not available");
-  EXPECT_STREQ(RecordAt(manager, "board.cpp(2)")->msg, "c");
-  EXPECT_EQ(RecordAt(manager, "board.cpp(2)")->count, 2);
-  SSM::AssertData const *const odd = RecordAt(manager, "(4294967295)");  // the line as unsigned
+  EXPECT_EQ(manager.asserts.GetCount(), 4);
+  EXPECT_STREQ(RecordAt(manager, 3)->msg, "SSM: Assert ID #7, message not available");
+  EXPECT_STREQ(RecordAt(manager, 4)->msg, "Message not available");
+  EXPECT_STREQ(RecordAt(manager, 2)->msg, "c");
+  EXPECT_EQ(RecordAt(manager, 2)->count, 2);
+  SSM::AssertData const *const odd = manager.asserts.Find("(4294967295)");  // the line as unsigned
   ASSERT_NE(odd, nullptr);
   EXPECT_EQ(odd->lineNo, -1);
   EXPECT_STREQ(odd->fileName, "");
 }
 
-TEST(AssertRegistry, WalkVisitsEachRecordOnceInAnOrderThatGrowthChanges) {
+TEST(AssertRegistry, WalkVisitsEachRecordOnceAcrossGrowth) {
   SSM manager;
-  SSM::AssertObj walk;
-  auto walked = [&] {
-    std::vector<SCC_Handle> seen;
-    for (walk.GetFirst(&manager); walk.IsValid(); walk.GetNext()) seen.push_back(walk.GetHandle());
-    return seen;
-  };
-  for (int line = 1; line <= 20; ++line) Fail(line, SSM_FailureNotice);
-  ASSERT_EQ(manager.asserts.GetTableSize(), 53);
-  std::vector<SCC_Handle> const before = walked();
-  for (int line = 21; line <= 600; ++line) Fail(line, SSM_FailureNotice);
+  for (int line = 1; line <= 600; ++line) Fail(line, SSM_FailureNotice);
   ASSERT_GT(manager.asserts.GetTableSize(), 53);
-  std::vector<SCC_Handle> const after = walked();
-
-  EXPECT_EQ(before.size(), 20u);
-  EXPECT_EQ(after.size(), 600u);
-  EXPECT_EQ(std::set<SCC_Handle>(after.begin(), after.end()).size(), 600u);
-  std::set<SCC_Handle> const first(before.begin(), before.end());
-  std::vector<SCC_Handle> firstNow;
-  for (SCC_Handle h : after) {
-    if (first.count(h) != 0) firstNow.push_back(h);
-  }
-  EXPECT_EQ(firstNow.size(), 20u);  // records never move...
-  EXPECT_NE(firstNow, before);      // ...but the walk's order is the table's
+  std::set<SCC_Handle> seen;
+  SSM::AssertObj walk;
+  for (walk.GetFirst(&manager); walk.IsValid(); walk.GetNext()) EXPECT_TRUE(seen.insert(walk.GetHandle()).second);
+  EXPECT_EQ(seen.size(), 600u);
 }
 
 TEST(AssertRegistry, RecordOperations) {
@@ -70,7 +48,7 @@ TEST(AssertRegistry, RecordOperations) {
   Fail(5, SSM_FailureError, "text", 4);
   SSM::AssertObj obj;
   obj.GetFirst();
-  ASSERT_EQ(obj.GetHandle(), HandleOf(RecordAt(manager, "board.cpp(5)")));
+  ASSERT_EQ(obj.GetHandle(), HandleOf(RecordAt(manager, 5)));
   obj.SetAction(SSM::ActionThrow);
   obj.SetAction(SSM::ActionReturnFailure);
   EXPECT_EQ(obj.GetAction(), SSM::ActionThrow);  // only rises
@@ -78,16 +56,10 @@ TEST(AssertRegistry, RecordOperations) {
   obj.SetAction(SSM::ActionReturnFailure);
   obj.SetAction(static_cast<SSM::Action>(-4));
   EXPECT_EQ(obj.GetAction(), SSM::ActionReturnFailure);
-  obj.Disable(5);
-  EXPECT_EQ(RecordAt(manager, "board.cpp(5)")->enabled, 0);
-
-  // On no record: reads as empty and changes nothing.
-  SSM::AssertObj none;
+  SSM::AssertObj none;  // on no record: reads as empty and changes nothing
   none.IncreaseCount();
   none.SetAction(SSM::ActionThrowFatal);
-  none.Disable(1);
-  EXPECT_EQ(none.GetCount(), 0);
-  EXPECT_EQ(none.GetAction(), SSM::ActionContinue);
+  EXPECT_EQ(none.GetCount() + none.GetAction(), 0);
   EXPECT_STREQ(none.GetMsg(), "");
 }
 
@@ -96,29 +68,21 @@ TEST(AssertRegistry, SetHandleStandsOnlyOnTheManagersOwnRecord) {
   {
     SSM manager;
     Fail(7, SSM_FailureNotice);
-    Fail(8, SSM_FailureNotice);
-    SSM::AssertData *const record = RecordAt(manager, "board.cpp(7)");
-    SSM::AssertObj obj;
+    SSM::AssertData *const record = RecordAt(manager, 7);
+    SSM::AssertData copy = *record;  // same file and line, another address
+    SSM other(manager);              // the same positions in records of its own
+    SSM::AssertObj obj, theirs;
     obj.SetHandle(record);
     EXPECT_EQ(obj.GetHandle(), HandleOf(record));
-    SSM::AssertData copy = *record;  // same file and line, another address
-    obj.SetHandle(&copy);
-    EXPECT_EQ(obj.IsValid(), 0);
-
-    SSM other(manager);  // the same positions in records of its own
-    obj.SetHandle(RecordAt(other, "board.cpp(7)"));
-    EXPECT_EQ(obj.IsValid(), 0);
-    SSM::AssertObj theirs;
+    for (SSM::AssertData *foreign : {&copy, RecordAt(other, 7)}) {
+      obj.SetHandle(foreign);
+      EXPECT_EQ(obj.IsValid(), 0);
+    }
     theirs.GetFirst(&other);
-    ASSERT_EQ(theirs.IsValid(), 1);
-    EXPECT_EQ(RecordAt(other, theirs.GetKey()), &theirs.GetValue());
-
     { SSM gone(manager); }  // any destruction leaves no current manager
     ASSERT_EQ(SSM::GetManager(), nullptr);
-    theirs.GetFirst();  // stays
-    EXPECT_EQ(theirs.IsValid(), 1);
-    theirs.SetHandle(RecordAt(other, "board.cpp(8)"));  // looked up where it walks
-    EXPECT_EQ(theirs.GetHandle(), HandleOf(RecordAt(other, "board.cpp(8)")));
+    theirs.SetHandle(RecordAt(other, 7));  // looked up where it walks
+    EXPECT_EQ(theirs.GetHandle(), HandleOf(RecordAt(other, 7)));
     obj.SetHandle(record);  // walks nothing: nowhere to look
     EXPECT_EQ(obj.IsValid(), 0);
   }
@@ -138,48 +102,22 @@ TEST(AssertRegistry, CopyAndAssignment) {
   SSM::AssertObj copy(walker);  // the same record, in no ring
   EXPECT_EQ(copy.GetHandle(), walker.GetHandle());
   EXPECT_EQ(copy.GetOwner(), nullptr);
-
   SSM::AssertObj assigned;  // joins the ring, and stands on its bucket's first record
   assigned = walker;
   EXPECT_EQ(assigned.GetOwner(), &manager.actionEvent);
-  EXPECT_EQ(assigned.bucket, walker.bucket);
   EXPECT_EQ(assigned.current, map.table[walker.bucket].head);
-  EXPECT_NE(assigned.GetHandle(), walker.GetHandle());
-
-  while (walker.GetNext()) {
-  }
+  while (walker.GetNext()) continue;
   assigned = walker;  // from past the end: nothing
   EXPECT_EQ(assigned.IsValid(), 0);
 }
 
 TEST(AssertRegistry, ChangeEventAndDefaultSort) {
   EXPECT_EQ(SSM::AssertObj::GetChangeEvent(nullptr), nullptr);
-  {
-    SSM manager;
-    SCC_Notifier *const event = SSM::AssertObj::GetChangeEvent(nullptr);
-    EXPECT_EQ(event, &manager.actionEvent);
-    Listener collection(*event);
-    Fail(9, SSM_FailureError);
-    ASSERT_EQ(collection.heard.size(), 1u);
-    EXPECT_EQ(collection.heard[0].second, RecordAt(manager, "board.cpp(9)"));
-  }
-
-  struct Case {
-    char const *name;
-    SCC_Handle a, b;
-    int expected;
-  };
-  SCC_Handle const wide = static_cast<SCC_Handle>(INTPTR_MAX - 1);  // beyond 32 bits on LP64
-  Case const cases[] = {
-      {"lower first", 0x1000, 0x2000, -1},
-      {"signed", -8, 8, -1},
-      {"a difference that would overflow int", wide, 1, 1},
-  };
-  for (Case const &c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(SSM::AssertObj::DefaultSort(c.a, c.b), c.expected);
-    EXPECT_EQ(SSM::AssertObj::DefaultSort(c.b, c.a), -c.expected);
-  }
+  SSM manager;
+  EXPECT_EQ(SSM::AssertObj::GetChangeEvent(nullptr), &manager.actionEvent);
+  EXPECT_EQ(SSM::AssertObj::DefaultSort(-8, 8), -1) << "signed";
+  EXPECT_EQ(SSM::AssertObj::DefaultSort(static_cast<SCC_Handle>(INTPTR_MAX - 1), 1), 1) << "no int overflow";
+  EXPECT_EQ(SSM::AssertObj::DefaultSort(1, static_cast<SCC_Handle>(INTPTR_MAX - 1)), -1);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #define TOVIK_SSM_TEST_SUPPORT_H
 
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -15,9 +16,7 @@ class Listener : public SCC_EventNode<int> {
  public:
   typedef std::function<void(int code, SSM::AssertData *record)> Reaction;
 
-  explicit Listener(SCC_Notifier &event, Reaction react = Reaction()) : reaction(std::move(react)) {
-    JoinAtEnd(&event);
-  }
+  explicit Listener(SCC_Notifier &event, Reaction react = {}) : reaction(std::move(react)) { JoinAtEnd(&event); }
   int OnNotification(int code, int *data) override {
     SSM::AssertData *const record = reinterpret_cast<SSM::AssertData *>(data);
     heard.emplace_back(code, record);
@@ -44,16 +43,13 @@ inline int Fail(int line, SSM_FailureType type, char const *text = "Demo: failed
 // The record a call throws, or null if it throws none.
 template <class Call>
 SSM::AssertData *Thrown(Call call) {
-  try {
-    call();
-  } catch (SSM::AssertData *record) {
-    return record;
-  }
+  try { call(); } catch (SSM::AssertData *record) { return record; }
   return nullptr;
 }
 
-inline SSM::AssertData *RecordAt(SSM &manager, char const *key) {
-  return manager.asserts.Find(key);
+// The record of a failure at "board.cpp(line)".
+inline SSM::AssertData *RecordAt(SSM &manager, int line) {
+  return manager.asserts.Find(("board.cpp(" + std::to_string(line) + ")").c_str());
 }
 
 }  // namespace ssm_test

@@ -43,26 +43,16 @@ class ObjectStore {
  public:
   typedef std::unordered_map<SCC_Handle, SCC_Handle> Remapping;
 
-  ObjectStore() = default;
-  ObjectStore(ObjectStore const &) = delete;
-  ObjectStore &operator=(ObjectStore const &) = delete;
-
   // A new object at the end of the order, told to nobody.
   StoreObject &Add(int id, int key, bool ownNotifier = false, StoreObject *owner = nullptr) {
-    objects.push_back(std::make_unique<StoreObject>());
-    StoreObject &object = *objects.back();
-    object.id = id;
-    object.key = key;
-    object.owner = owner;
-    if (ownNotifier) object.notifier = std::make_shared<SCC_Notifier>(0);
-    Append(object);
-    return object;
+    objects.push_back(std::make_unique<StoreObject>(
+        StoreObject{id, key, 1, owner, ownNotifier ? std::make_shared<SCC_Notifier>(0) : nullptr}));
+    Append(*objects.back());
+    return *objects.back();
   }
   // A new object, told to the store's listeners (EvAdded).
   StoreObject &Insert(int id, int key, bool ownNotifier = false, StoreObject *owner = nullptr) {
-    StoreObject &object = Add(id, key, ownNotifier, owner);
-    Tell(EvAdded, object);
-    return object;
+    return Tell(EvAdded, Add(id, key, ownNotifier, owner));
   }
   // The object stands once more at the end of the order.
   void Repeat(StoreObject &object) { Append(object); }
@@ -71,39 +61,30 @@ class ObjectStore {
     Tell(EvDeleted, object);
     order.erase(std::remove(order.begin(), order.end(), &object), order.end());
     Reindex();
-    objects.erase(std::remove_if(objects.begin(), objects.end(),
-                                 [&](std::unique_ptr<StoreObject> const &o) { return o.get() == &object; }),
-                  objects.end());
+    objects.erase(std::find_if(objects.begin(), objects.end(), [&](auto const &o) { return o.get() == &object; }));
   }
   // A new key, told as EvChanged through the object's notifier if it has
   // one, else through the store's.
-  void SetKey(StoreObject &object, int key) {
-    object.key = key;
-    Changed(object);
-  }
-  void SetVisible(StoreObject &object, int visible) {
-    object.visible = visible;
-    Changed(object);
-  }
+  void SetKey(StoreObject &object, int key) { object.key = key; Changed(object); }
+  void SetVisible(StoreObject &object, int visible) { object.visible = visible; Changed(object); }
   void Changed(StoreObject &object, int code = EvChanged) {
-    SCC_Notifier &through = object.notifier ? *object.notifier : source;
-    through.Notify(code, SCC_HandleToData(object.Handle()));
+    (object.notifier ? *object.notifier : source).Notify(code, SCC_HandleToData(object.Handle()));
   }
-  void Tell(int code, StoreObject &object) { source.Notify(code, SCC_HandleToData(object.Handle())); }
+  StoreObject &Tell(int code, StoreObject &object) {
+    source.Notify(code, SCC_HandleToData(object.Handle()));
+    return object;
+  }
   void Tell(int code, void *data = nullptr) { source.Notify(code, data); }
 
   // The order shuffled, told to nobody.
   void Shuffle(unsigned seed) {
-    std::mt19937 random(seed);
-    std::shuffle(order.begin(), order.end(), random);
+    std::shuffle(order.begin(), order.end(), std::mt19937(seed));
     Reindex();
   }
 
   StoreObject *Find(int id) const {
-    for (auto const &object : objects) {
-      if (object->id == id) return object.get();
-    }
-    return nullptr;
+    auto const found = std::find_if(objects.begin(), objects.end(), [id](auto const &o) { return o->id == id; });
+    return found != objects.end() ? found->get() : nullptr;
   }
   // Where the object first stands in the order, or -1.
   std::ptrdiff_t IndexOf(SCC_Handle handle) const {
@@ -111,10 +92,10 @@ class ObjectStore {
     return found != firstIndex.end() ? static_cast<std::ptrdiff_t>(found->second) : -1;
   }
 
-  // By key, then by id; by key alone; and the store's filter.
+  // By key alone.
   static int CompareKey(SCC_Handle const &a, SCC_Handle const &b) {
-    return (StoreObject::From(a)->key > StoreObject::From(b)->key) -
-           (StoreObject::From(a)->key < StoreObject::From(b)->key);
+    int const x = StoreObject::From(a)->key, y = StoreObject::From(b)->key;
+    return (x > y) - (x < y);
   }
 
   SCC_Notifier source;
@@ -122,10 +103,7 @@ class ObjectStore {
   std::vector<std::unique_ptr<StoreObject>> objects;
 
  private:
-  void Append(StoreObject &object) {
-    firstIndex.emplace(object.Handle(), order.size());
-    order.push_back(&object);
-  }
+  void Append(StoreObject &object) { firstIndex.emplace(object.Handle(), order.size()); order.push_back(&object); }
   void Reindex() {
     firstIndex.clear();
     for (std::size_t i = 0; i < order.size(); ++i) firstIndex.emplace(order[i]->Handle(), i);
@@ -142,51 +120,38 @@ class StoreCollection : public SCC_StdCollection {
     SetEvent(&store.source);
   }
 
-  using SCC_StdCollection::ConnectEvent;
   using SCC_StdCollection::ListenToList;
   using SCC_StdCollection::Reload;
 
   // The list, the focus and the slider by object id (0 for none).
-  std::vector<int> Ids() {
-    std::vector<int> ids;
-    for (std::int32_t i = 0; i < GetSize(); ++i) ids.push_back(IdOf(GetAt(i)));
-    return ids;
-  }
-  std::vector<int> FocusIds() {
-    std::vector<int> ids;
-    for (std::int32_t i = 0; i < 1000000 && GetFocus(i) != 0; ++i) ids.push_back(IdOf(GetFocus(i)));
-    return ids;
-  }
+  std::vector<int> Ids() { return IdsOf([this](std::int32_t i) { return i < GetSize() ? GetAt(i) : 0; }); }
+  std::vector<int> FocusIds() { return IdsOf([this](std::int32_t i) { return GetFocus(i); }); }
   int SliderId() { return IdOf(GetSlider()); }
   static int IdOf(SCC_Handle handle) { return handle != 0 ? StoreObject::From(handle)->id : 0; }
+  // The ids of at(0), at(1)... up to the first 0.
+  template <class At>
+  static std::vector<int> IdsOf(At at) {
+    std::vector<int> ids;
+    for (std::int32_t i = 0; i < 1000000 && at(i) != 0; ++i) ids.push_back(IdOf(at(i)));
+    return ids;
+  }
 
   ObjectStore &store;
 
  protected:
   static constexpr std::size_t kOff = static_cast<std::size_t>(-1);
 
-  int _GetFirst() override {
-    at = store.order.empty() ? kOff : 0;
-    return at != kOff;
-  }
-  int _GetNext() override {
-    at = at == kOff ? 0 : at + 1;
-    if (at >= store.order.size()) at = kOff;
-    return at != kOff;
-  }
-  int _GetPrev() override {
-    at = at == kOff || at == 0 ? kOff : at - 1;
-    return at != kOff;
-  }
-  SCC_Handle _GetSlider() override { return at != kOff && at < store.order.size() ? store.order[at]->Handle() : 0; }
+  int _GetFirst() override { return Go(0); }
+  int _GetNext() override { return Go(at == kOff ? 0 : at + 1); }
+  int _GetPrev() override { return Go(at == kOff || at == 0 ? kOff : at - 1); }
+  // The slider to index i, off when it is beyond the order.
+  int Go(std::size_t i) { return (at = i < store.order.size() ? i : kOff) != kOff; }
+  SCC_Handle _GetSlider() override { return at < store.order.size() ? store.order[at]->Handle() : 0; }
+  // IndexOf's -1 becomes kOff.
   void _SetSlider(SCC_Handle handle) override {
-    std::ptrdiff_t const index = handle != 0 ? store.IndexOf(handle) : -1;
-    at = index >= 0 ? static_cast<std::size_t>(index) : kOff;
+    Go(handle != 0 ? static_cast<std::size_t>(store.IndexOf(handle)) : kOff);
   }
-  SCC_Notifier *GetEvent() override {
-    SCC_Handle const handle = _GetSlider();
-    return handle != 0 ? StoreObject::From(handle)->notifier.get() : nullptr;
-  }
+  SCC_Notifier *GetEvent() override { return at < store.order.size() ? store.order[at]->notifier.get() : nullptr; }
   // The data of EvRemapped is an ObjectStore::Remapping; unnamed handles stay.
   SCC_Handle UpdateHandle(SCC_Handle handle, void *data) override {
     auto const &table = *static_cast<ObjectStore::Remapping const *>(data);
@@ -205,53 +170,37 @@ class ChildCollection : public StoreCollection {
       : StoreCollection(children, &parentCollection) {}
 
  protected:
-  int _GetFirst() override {
-    SCC_StdCollection *const up = GetParent();
-    for (std::int32_t k = 0; up != nullptr && up->GetFocus(k) != 0; ++k) {
-      up->SetSlider(up->GetFocus(k));
-      if (FirstOf(up->GetSlider(), 0)) return 1;
-    }
-    at = kOff;
-    return 0;
-  }
+  int _GetFirst() override { return FromFocus(0); }
   int _GetNext() override {
-    if (at == kOff) return _GetFirst();
+    if (at == kOff) return FromFocus(0);
     StoreObject *const owner = store.order[at]->owner;
     if (FirstOf(owner != nullptr ? owner->Handle() : 0, at + 1)) return 1;
     // On to the objects of the next focused object.
     SCC_StdCollection *const up = GetParent();
     std::int32_t k = 0;
-    if (up == nullptr || owner == nullptr || !up->IsInFocus(owner->Handle(), &k)) {
-      at = kOff;
-      return 0;
-    }
-    for (++k; up->GetFocus(k) != 0; ++k) {
-      up->SetSlider(up->GetFocus(k));
-      if (FirstOf(up->GetSlider(), 0)) return 1;
-    }
-    at = kOff;
-    return 0;
+    return up != nullptr && owner != nullptr && up->IsInFocus(owner->Handle(), &k) ? FromFocus(k + 1) : Go(kOff);
   }
-  int _GetFirstByParentSlider() override {
-    SCC_StdCollection *const up = GetParent();
-    return FirstOf(up != nullptr ? up->GetSlider() : 0, 0);
-  }
-  int _GetNextByParentSlider() override {
-    SCC_StdCollection *const up = GetParent();
-    return FirstOf(up != nullptr ? up->GetSlider() : 0, at == kOff ? 0 : at + 1);
-  }
+  int _GetFirstByParentSlider() override { return FirstOf(ParentSlider(), 0); }
+  int _GetNextByParentSlider() override { return FirstOf(ParentSlider(), at == kOff ? 0 : at + 1); }
 
  private:
+  SCC_Handle ParentSlider() { return GetParent() != nullptr ? GetParent()->GetSlider() : 0; }
+  // The first object of the focused objects from the k-th on; the parent's
+  // slider stands on its owner.
+  bool FromFocus(std::int32_t k) {
+    SCC_StdCollection *const up = GetParent();
+    for (; up != nullptr && up->GetFocus(k) != 0; ++k) {
+      up->SetSlider(up->GetFocus(k));
+      if (FirstOf(up->GetSlider(), 0)) return true;
+    }
+    return Go(kOff);
+  }
   // The first object of owner from index from on; the slider goes there or off.
   bool FirstOf(SCC_Handle owner, std::size_t from) {
     for (std::size_t i = from; owner != 0 && i < store.order.size(); ++i) {
-      if (store.order[i]->owner != nullptr && store.order[i]->owner->Handle() == owner) {
-        at = i;
-        return true;
-      }
+      if (store.order[i]->owner != nullptr && store.order[i]->owner->Handle() == owner) return Go(i);
     }
-    at = kOff;
-    return false;
+    return Go(kOff);
   }
 };
 

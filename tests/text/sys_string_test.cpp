@@ -12,23 +12,32 @@ namespace {
 
 using tovik::mb::CodePage;
 using tovik_test::CodePageGuard;
-using Edit = std::function<void(SYS_String &)>;
 
 // The bytes of a string, inner NULs included, for exact comparisons.
 std::string Bytes(CString const &s) { return std::string(static_cast<char const *>(s), s.GetLength()); }
 char const *Data(CString const &s) { return s; }
 std::string Pos(int position) { return std::to_string(position); }
 
-std::string Edited(char const *before, Edit const &edit) {
-  SYS_String s(before);
-  edit(s);
-  return Bytes(s);
+// An edit made on a string of its own and on a copy: the copy ends the same,
+// and neither the original it shared with nor the shared empty string (edited
+// as well) shows the edit.
+std::string Edited(char const *before, std::function<void(SYS_String &)> const &edit) {
+  SYS_String const original(before);
+  SYS_String alone(before), shared(original), empty;
+  edit(alone);
+  edit(shared);
+  edit(empty);
+  EXPECT_EQ(Bytes(shared), Bytes(alone));
+  EXPECT_EQ(Bytes(original), before);
+  EXPECT_EQ(Bytes(AfxGetEmptyString()), "");
+  return Bytes(alone);
 }
 
 // TrimRight, TrimLeft and AllTrim of text by c, joined by '|'.
 std::string Trims(char const *text, char const *c) {
-  SYS_String right(text), left(text), all(text);
-  return Bytes(right.TrimRight(c)) + "|" + Bytes(left.TrimLeft(c)) + "|" + Bytes(all.AllTrim(c));
+  return Edited(text, [c](SYS_String &s) { s.TrimRight(c); }) + "|" +
+         Edited(text, [c](SYS_String &s) { s.TrimLeft(c); }) + "|" +
+         Edited(text, [c](SYS_String &s) { s.AllTrim(c); });
 }
 
 // What quoted extraction writes, and the remainder, joined by '|'.
@@ -39,11 +48,7 @@ std::string Quoted(char const *text) {
 }
 
 // A named call and the text (or position) it must give.
-struct Row {
-  char const *name;
-  std::function<std::string()> actual;
-  std::string expected;
-};
+struct Row { char const *name; std::function<std::string()> actual; std::string expected; };
 
 void CheckRows(std::initializer_list<Row> rows) {
   for (Row const &row : rows) {
@@ -57,55 +62,37 @@ SYS_String const kAbc("abcabc");
 TEST(SysStringTest, SubstringsSearchesAndEdits) {
   CheckRows({
       {"Mid negative first counts as 0", [] { return Bytes(kAbc.Mid(-3, 2)); }, "ab"},
-      {"Mid negative count", [] { return Bytes(kAbc.Mid(2, -1)); }, ""},
       {"Mid count passing the end", [] { return Bytes(kAbc.Mid(4, INT_MAX)); }, "bc"},
-      {"Mid(first) beyond the end", [] { return Bytes(kAbc.Mid(7)); }, ""},
       {"Mid(INT_MIN) is the whole", [] { return Bytes(kAbc.Mid(INT_MIN)); }, "abcabc"},
-      {"Right", [] { return Bytes(kAbc.Right(2)); }, "bc"},
-      {"SpanIncluding", [] { return Bytes(kAbc.SpanIncluding("ba")); }, "ab"},
       {"Find char from start", [] { return Pos(kAbc.Find('c', 3)); }, "5"},
-      {"Find char start beyond", [] { return Pos(kAbc.Find('a', 7)); }, "-1"},
       {"Find NUL at the length", [] { return Pos(kAbc.Find('\0', 6)); }, "6"},
       {"Find high byte", [] { return Pos(SYS_String("a\xE9").Find('\xE9')); }, "1"},
-      {"Find text from start", [] { return Pos(kAbc.Find("bc", 2)); }, "4"},
       {"Find text at the length", [] { return Pos(kAbc.Find("", 6)); }, "-1"},
-      {"Find text negative start", [] { return Pos(kAbc.Find("a", -1)); }, "-1"},
       {"FindOneOf from start", [] { return Pos(kAbc.FindOneOf("ba", 2)); }, "3"},
-      {"FindOneOf beyond", [] { return Pos(kAbc.FindOneOf("a", 7)); }, "-1"},
-      {"ReverseFind from the end", [] { return Pos(kAbc.ReverseFind('a')); }, "3"},
       {"ReverseFind sees start itself", [] { return Pos(kAbc.ReverseFind('c', 2)); }, "2"},
-      {"ReverseFind start at the length", [] { return Pos(kAbc.ReverseFind('a', 6)); }, "-1"},
-      {"ReverseFind on empty", [] { return Pos(SYS_String().ReverseFind('a')); }, "-1"},
       {"ReverseFind NUL from -2", [] { return Pos(kAbc.ReverseFind('\0')); }, "6"},
-      {"ReverseFind NUL at the length", [] { return Pos(kAbc.ReverseFind('\0', 6)); }, "6"},
-      {"ReverseFind NUL elsewhere", [] { return Pos(kAbc.ReverseFind('\0', 3)); }, "-1"},
       {"ReverseFindOneOf only at 0", [] { return Pos(SYS_String("xyz").ReverseFindOneOf("x")); }, "0"},
-      {"ReverseFindOneOf start beyond", [] { return Pos(kAbc.ReverseFindOneOf("a", 6)); }, "-1"},
-      {"Insert in the middle", [] { return Edited("abcd", [](SYS_String &t) { t.Insert(2, "XY"); }); }, "abXYcd"},
       {"Insert beyond pads with blanks", [] { return Edited("ab", [](SYS_String &t) { t.Insert(5, "X"); }); },
        "ab   X"},
-      {"Insert negative pos clamps", [] { return Edited("ab", [](SYS_String &t) { t.Insert(-4, "X"); }); }, "Xab"},
       {"Insert own text beyond", [] { return Edited("abc", [](SYS_String &t) { t.Insert(4, t); }); }, "abc abc"},
       {"Delete count 0 to the end", [] { return Edited("abc", [](SYS_String &t) { t.Delete(1, 0); }); }, "a"},
-      {"Delete at the length", [] { return Edited("abc", [](SYS_String &t) { t.Delete(3, 1); }); }, "abc"},
-      {"Delete negative count", [] { return Edited("abc", [](SYS_String &t) { t.Delete(1, -1); }); }, "abc"},
-      {"Replace range", [] { return Edited("abcdef", [](SYS_String &t) { t.Replace(1, 2, "XYZ"); }); }, "aXYZdef"},
       {"Replace count 0: the rest", [] { return Edited("abcd", [](SYS_String &t) { t.Replace(2, 0, "X"); }); },
        "abX"},
       {"Replace by own text, read first",
-       [] { return Edited("abcdef", [](SYS_String &t) { t.Replace(0, 3, Data(t) + 1); }); }, "bcdefdef"},
+       [] { return Edited("abcdef", [](SYS_String &t) { t.Replace(0, 3, Data(t) + !t.IsEmpty()); }); },
+       "bcdefdef"},
       {"trim white space", [] { return Trims(" \t a b \r\n", nullptr); }, " \t a b|a b \r\n|a b"},
-      {"trim blanks alone", [] { return Trims("   ", ""); }, "||"},
       {"trim: only the first character counts", [] { return Trims("xabab", "ab"); }, "xabab|xabab|xabab"},
       {"trim a named character", [] { return Trims("bbxbab", "b"); }, "bbxba|xbab|xba"},
       {"a high byte is no white space", [] { return Trims("\xA0 a\xA0", ""); }, "\xA0 a\xA0|\xA0 a\xA0|\xA0 a\xA0"},
       {"quoted then more", [] { return Quoted("\"ab\" cd"); }, "ab|\" cd"},
       {"no quotes", [] { return Quoted("plain text"); }, "plain text|"},
       {"doubled quote stays doubled", [] { return Quoted("\"a\"\"b\" c"); }, "a\"\"b|\" c"},
-      {"quote inside unquoted text", [] { return Quoted("ab\"cd"); }, "ab|\"cd"},
-      {"no closing quote", [] { return Quoted("\"abc"); }, "abc|"},
-      {"three quotes", [] { return Quoted("\"\"\"x"); }, "\"\"|\"x"},
   });
+  CString const base("abc");
+  SYS_String copy(base);
+  copy.TrimRight("x");
+  EXPECT_EQ(Data(copy), Data(base)) << "a trim that changes nothing keeps sharing";
 }
 
 TEST(SysStringTest, CharactersOfTheDoubleBytePage) {
@@ -118,45 +105,14 @@ TEST(SysStringTest, CharactersOfTheDoubleBytePage) {
       {"a text never starts on a trail byte", [&] { return Pos(d.Find("\x40" "b")); }, "-1"},
       {"FindOneOf skips the trail byte '@'", [&] { return Pos(d.FindOneOf("b@")); }, "5"},
       {"ReverseFind skips the trail byte 'b'", [&] { return Pos(d.ReverseFind('b')); }, "5"},
-      {"ReverseFindOneOf of a two-byte character", [&] { return Pos(d.ReverseFindOneOf("\xE0\x40")); }, "3"},
       {"start 3 cuts the character to its lead byte", [&] { return Pos(d.ReverseFindOneOf("\xE0\x40", 3)); }, "-1"},
-      {"a cut lead byte counts alone", [] { return Pos(SYS_String("a\x81\x61").ReverseFind('\x81', 1)); }, "1"},
-      {"SpanIncluding", [&] { return Bytes(d.SpanIncluding("\x81\x61" "a")); }, "\x81\x61" "a"},
-      {"SpanExcluding", [&] { return Bytes(d.SpanExcluding("@")); }, Bytes(d)},
       // "\x81\x20" is a character whose trail byte is a blank: no white space.
       {"trail byte blank", [] { return Trims("\x81\x20 ", ""); }, "\x81\x20|\x81\x20 |\x81\x20"},
       {"two-byte trim character", [] { return Trims("\x81\x40\x81\x40x\x81\x40", "\x81\x40"); },
        "\x81\x40\x81\x40x|x\x81\x40|x"},
       {"trail byte equal to the trim character", [] { return Trims("b\x81\x62" "b", "b"); },
        "b\x81\x62|\x81\x62" "b|\x81\x62"},
-      {"lone lead byte at the end", [] { return Trims("a\x81", "\x81"); }, "a|a\x81|a"},
-      {"a set extraction is byte-wise: a character is split", [] { return Bytes(SYS_String("\x81\x40x") >> "\x81"); },
-       "\x40x"},
   });
-}
-
-// A write to one copy never shows in another, and the shared empty string is
-// never written.
-TEST(SysStringTest, WritesNeverShowInOtherCopies) {
-  Edit const writes[] = {
-      [](SYS_String &t) { t.Insert(1, "X"); },  [](SYS_String &t) { t.Delete(1, 1); },
-      [](SYS_String &t) { t.Replace(1, 1, "X"); }, [](SYS_String &t) { t.Replace('b', 'X'); },
-      [](SYS_String &t) { t.TrimRight(" "); },  [](SYS_String &t) { t.TrimLeft(); },
-      [](SYS_String &t) { t.AllTrim(); },
-  };
-  for (auto const &write : writes) {
-    SYS_String const original(CString(" abc "));
-    SYS_String copy(original);
-    write(copy);
-    EXPECT_EQ(Bytes(original), " abc ");
-    SYS_String empty;
-    write(empty);
-    EXPECT_EQ(Bytes(AfxGetEmptyString()), "");
-  }
-  CString const base("abc");
-  SYS_String copy(base);
-  copy.TrimRight("x");
-  EXPECT_EQ(Data(copy), Data(base)) << "shared with a CString; a trim that changes nothing keeps sharing";
 }
 
 TEST(SysStringTest, AppendingExtractingAndValues) {
@@ -171,7 +127,6 @@ TEST(SysStringTest, AppendingExtractingAndValues) {
   char set[] = " ,";
   EXPECT_EQ(Bytes(((SYS_String(" , 12, 34x") >> set) >> n >> set) >> m), "x");
   EXPECT_EQ(n * 100 + m, 1234u);
-  EXPECT_STREQ(set, " ,") << "nothing is written through the set";
   SYS_String const minus("-1 r");
   EXPECT_EQ(Bytes(minus >> n), " r");
   EXPECT_EQ(Bytes(minus) + std::to_string(n), "-1 r4294967295") << "the string itself is left alone";
@@ -183,11 +138,7 @@ TEST(SysStringTest, AppendingExtractingAndValues) {
   int i = 0;
   SYS_String const text(" -123x");
   EXPECT_EQ(text.Value(&i, &end), -123);
-  EXPECT_EQ(i, -123);
   EXPECT_EQ(end, Data(text) + 5) << "end points into the string's own array";
-  short sh = 0;
-  EXPECT_EQ(SYS_String("70000").Value(&sh), static_cast<short>(70000 - 65536));
-  EXPECT_EQ(SYS_String("99999999999").Value(&sh), -1) << "low 16 bits of INT32_MAX";
   EXPECT_EQ(minus.Value(static_cast<double *>(nullptr), &end), -1.0) << "a null out is allowed";
   EXPECT_EQ(self.Value(&n, &end), 0u);
   EXPECT_EQ(end, Data(self)) << "no number: end at the start";
