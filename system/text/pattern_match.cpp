@@ -582,7 +582,12 @@ bool Program::Analyse() {
 void Program::FindFirstBytes() {
   std::int32_t pc = 0;
   while (code[pc] == ')') ++pc;
-  if (std::strchr("*+@#", code[pc]) != nullptr && items[static_cast<std::size_t>(pc)].extra != 0) leadRepeat = pc;
+  // Only an operand of one character per repeat: a number class started
+  // inside a run of its repeats ends elsewhere ("1." inside ".1.").
+  bool const numberOperand = code[pc + 2] == ':' && std::strchr("hnz", code[pc + 3]) != nullptr;
+  if (std::strchr("*+@#", code[pc]) != nullptr && items[static_cast<std::size_t>(pc)].extra != 0 && !numberOperand) {
+    leadRepeat = pc;
+  }
   pc = 0;
   std::int32_t limit = size;  // the end of the operand entered last
   while (code[pc] == ')' || ((code[pc] == '+' || code[pc] == '#') && code[pc + 1] != 0)) {

@@ -47,6 +47,7 @@ MatchCase const kMatchCases[] = {
   {"number stops at E", ":n", "1.5E3", 0, 3, kBoth},
   {"hex integer reads no 0x", ":h", "0x1F", 0, 1, kBoth},
   {"number classes never give back", ":z:z", "12", -1, 0, kBoth},
+  {"a number started inside a run of numbers ends elsewhere", ":n@\x11", "2t.1.\x11", 3, 3, kBoth},
   {"lead byte is a lone character", "\x82*", "\x82*", 0, 1, kSingle},
   {"trail byte is never an operator", "\x82*", "\x82*", 0, 2, kDouble},
   {"no attempt at a trail byte", "A", "\x82" "A", -1, 0, kDouble},
