@@ -3,7 +3,9 @@
 the suites, and record which tests catch it.
 
     mutate.py generate [--count N] [--seed S] > tests/mutation/mutants.tsv
-    mutate.py run [--mutants FILE] [--out FILE] [--only ID,...]
+    mutate.py run [--mutants FILE] [--out FILE] [--only ID,...] [--keep FILE]
+    mutate.py tests RESULTS.tsv
+    mutate.py survivors RESULTS.tsv [--mutants FILE]
     mutate.py compare BEFORE.tsv AFTER.tsv
 
 generate picks faults from the library's sources: a flipped comparison, && for
@@ -17,13 +19,21 @@ sanitizers (Debug, -O1), and for each fault patches the copy, rebuilds the
 library and the test programs, runs them, and writes one row per fault: id,
 status (caught, survived, invalid when it does not build, stale when its line
 is gone) and the tests that failed, crashed or hung. A program that crashes
-is run again without the tests that crashed, so every catching test is named.
+is run again without the tests that crashed, so every catching test is named;
+one that hangs is not, and only the test that hung is named.
 Only the tests of the files in suites.txt count; the programs may hold other
 tests, which are ignored. The library built for each fault in a .cpp file is
 kept in build-mut/cache, so a later run (after the tests changed) swaps it in
 instead of building it again, as long as the fault and its file are the same.
+Each row is also written to OUT.part as soon as it is known; --keep takes the
+rows of an earlier results (or .part) file and runs only the faults it lacks,
+or those --only names, so an interrupted run goes on with --keep OUT.part and
+a few faults are run again into a complete file with --keep and --only.
 
-compare lists the faults that BEFORE caught and AFTER does not.
+tests lists, per counted test, how many faults it catches and the faults that
+no other test catches. survivors gives, per area, the faults caught, survived
+and not built, then each survivor as its line before and after the fault. compare lists the faults that BEFORE caught and AFTER
+does not.
 """
 import argparse
 import hashlib
@@ -43,7 +53,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 # The library files the faults go into, and the test files whose catches count.
 SOURCES_FILE = os.path.join(HERE, "sources.txt")
 SUITES_FILE = os.path.join(HERE, "suites.txt")
-TIMEOUT = 120  # seconds per test program run
+TIMEOUT = 60  # seconds per test program run
 
 COMPARISONS = [(" < ", " <= "), (" <= ", " < "), (" > ", " >= "), (" >= ", " > "),
                (" == ", " != "), (" != ", " == ")]
@@ -182,9 +192,23 @@ def suite_tests():
         if not os.path.exists(full):
             continue
         with open(full) as f:
-            for m in re.finditer(r"^(?:TEST|TEST_F|TYPED_TEST)\((\w+),\s*(\w+)\)", f.read(), re.M):
+            for m in re.finditer(r"^(?:TEST|TEST_F|TEST_P|TYPED_TEST|TYPED_TEST_P)\((\w+),\s*(\w+)\)", f.read(), re.M):
                 names[(m.group(1), m.group(2))] = path
     return names
+
+
+def test_key(test):
+    """(suite, name) of a test as the program names it: Suite.Name, or
+    Suite/0.Name for a typed test, Prefix/Suite.Name/0 for a parameterised one."""
+    suite, _, name = test.partition(".")
+    return [c for c in suite.split("/") if not c.isdigit()][-1], name.split("/")[0]
+
+
+def catchers(field):
+    """The (suite, name) keys in a row's caught-by field; "(program)" for a
+    program that failed outside any test."""
+    names = [t for t in field.split(" ") if t and t not in ("(crash)", "(hang)")]
+    return {n if n == "(program)" else test_key(n) for n in names}
 
 
 def run_cmd(cmd, cwd, timeout=None):
@@ -247,11 +271,13 @@ def run_program(program, exclude=()):
             if m.group(1) == "FAILED":
                 failed.add(m.group(2))
             running = None
-    if code is None or (code != 0 and running is not None):
-        if running is None:
-            hung.add("(program)")
-            return failed, crashed, hung
-        (hung if code is None else crashed).add(running)
+    if code is None:
+        # A hang costs the whole timeout: the first one is named, and the
+        # program is not run again for the others.
+        hung.add(running or "(program)")
+        return failed, crashed, hung
+    if code != 0 and running is not None:
+        crashed.add(running)
         more = run_program(program, tuple(exclude) + (running,))
         return failed | more[0], crashed | more[1], hung | more[2]
     if code != 0 and not failed:
@@ -266,9 +292,12 @@ def cache_key(m, text):
 def run(args):
     counted = suite_tests()
     mutants = read_mutants(args.mutants)
+    kept = read_rows(args.keep) if args.keep else {}
     if args.only:
-        keep = set(args.only.split(","))
-        mutants = [m for m in mutants if m["id"] in keep]
+        wanted = set(args.only.split(","))
+        mutants = [m for m in mutants if m["id"] in wanted]
+    else:
+        mutants = [m for m in mutants if m["id"] not in kept]
     # Faults in .cpp files first: each rebuilds the library alone, which is
     # kept, so that a later run with other tests needs no build for them.
     mutants.sort(key=lambda m: (m["file"].endswith(".h"), m["file"], m["line"]))
@@ -284,8 +313,7 @@ def run(args):
     shutil.copy2(library, clean)
 
     def counted_name(test):
-        suite, _, name = test.partition(".")
-        return (suite.split("/")[0], name) in counted
+        return test_key(test) in counted
 
     def catches():
         caught_by = set()
@@ -299,7 +327,16 @@ def run(args):
     if catches():
         sys.exit("tests fail without any fault: " + ", ".join(catches()))
 
-    results = []
+    rows = dict(kept)
+    progress = open(args.out + ".part", "w")
+    progress.writelines(r + "\n" for r in rows.values())
+
+    def record(m, status, caught_by, note=""):
+        rows[m["id"]] = row(m, status, caught_by)
+        progress.write(rows[m["id"]] + "\n")
+        progress.flush()
+        print(m["id"], status, len(caught_by), note, flush=True)
+
     for m in mutants:
         path = os.path.join(src, m["file"])
         with open(path) as f:
@@ -319,18 +356,17 @@ def run(args):
                     finally:
                         shutil.copy2(clean, library)
                     status = "caught" if caught_by else "survived"
-                results.append((m, status, caught_by))
-                print(m["id"], status, len(caught_by), "(kept library)", flush=True)
+                record(m, status, caught_by, "(kept library)")
                 continue
         lines = text.split("\n")
         n = m["old"].count("\n") + 1
         at = m["line"] - 1
         if "\n".join(lines[at:at + n]) != m["old"]:
-            hits = [k for k in range(len(lines)) if "\n".join(lines[k:k + n]) == m["old"]]
-            at = hits[0] if len(hits) == 1 else -1
+            # The line moved: take the nearest place that holds its text.
+            hits = sorted((abs(k - at), k) for k in range(len(lines)) if "\n".join(lines[k:k + n]) == m["old"])
+            at = hits[0][1] if hits and (len(hits) == 1 or hits[0][0] < hits[1][0]) else -1
         if at < 0:
-            results.append((m, "stale", []))
-            print(m["id"], "stale", flush=True)
+            record(m, "stale", [])
             continue
         patched = lines[:at] + m["new"].split("\n") + lines[at + n:]
         with open(path, "w") as f:
@@ -350,28 +386,36 @@ def run(args):
         finally:
             with open(path, "w") as f:
                 f.write(text)
-        results.append((m, status, caught_by))
-        print(m["id"], status, len(caught_by), flush=True)
-    results.sort(key=lambda x: x[0]["id"])
+        record(m, status, caught_by)
+    progress.close()
     with open(args.out, "w") as f:
-        f.write("# id\tstatus\tfile\tline\tkind\tcaught by\n")
-        for m, status, by in results:
-            f.write("\t".join([m["id"], status, m["file"], str(m["line"]), m["kind"], " ".join(by)]) + "\n")
+        f.write(HEADER)
+        for mid in sorted(rows):
+            f.write(rows[mid] + "\n")
+    os.remove(args.out + ".part")
     counts = {}
-    for _, status, _ in results:
+    for line in rows.values():
+        status = line.split("\t")[1]
         counts[status] = counts.get(status, 0) + 1
     print(json.dumps(counts))
 
 
-def read_results(path):
-    rows = {}
+HEADER = "# id\tstatus\tfile\tline\tkind\tcaught by\n"
+
+
+def row(m, status, caught_by):
+    return "\t".join([m["id"], status, m["file"], str(m["line"]), m["kind"], " ".join(caught_by)])
+
+
+def read_rows(path):
+    """Result rows by fault id, as run writes them."""
     with open(path) as f:
-        for line in f:
-            if line.startswith("#"):
-                continue
-            parts = line.rstrip("\n").split("\t")
-            rows[parts[0]] = parts[1]
-    return rows
+        return {line.split("\t")[0]: line.rstrip("\n") for line in f
+                if line.strip() and not line.startswith("#")}
+
+
+def read_results(path):
+    return {mid: line.split("\t")[1] for mid, line in read_rows(path).items()}
 
 
 def compare(args):
@@ -384,6 +428,47 @@ def compare(args):
     return 1 if lost else 0
 
 
+def by_test(args):
+    """Per counted test: the faults it catches, and those no other test catches."""
+    counted = suite_tests()
+    caught = {}
+    for mid, line in read_rows(args.results).items():
+        parts = line.split("\t")
+        if parts[1] == "caught":
+            caught[mid] = catchers(parts[5])
+    print("# file\ttest\tfaults caught\tfaults no other test catches")
+    for (suite, name), path in sorted(counted.items(), key=lambda x: (x[1], x[0])):
+        mine = sorted(m for m, keys in caught.items() if (suite, name) in keys)
+        only = [m for m in mine if len(caught[m]) == 1]
+        print(f"{path}\t{suite}.{name}\t{len(mine)}\t{' '.join(only)}")
+    program = sorted(m for m, keys in caught.items() if keys == {"(program)"})
+    if program:
+        print(f"-\t(program)\t{len(program)}\t{' '.join(program)}")
+
+
+def survivors(args):
+    """Per area: caught, survived and invalid counts; then each survivor as a diff."""
+    mutants = {m["id"]: m for m in read_mutants(args.mutants)}
+    rows = read_rows(args.results)
+    by_area = {}
+    for mid, line in sorted(rows.items()):
+        m = mutants[mid]
+        area = m["file"].split("/")[1] if not m["file"].startswith("system/inc/") else "headers"
+        by_area.setdefault(area, []).append((m, line.split("\t")[1]))
+    print("area       faults caught survived other")
+    for area, found in sorted(by_area.items()):
+        count = lambda s: sum(st == s for _, st in found)
+        print(f"{area:10} {len(found):6} {count('caught'):6} {count('survived'):8} "
+              f"{len(found) - count('caught') - count('survived'):5}")
+    for area, found in sorted(by_area.items()):
+        for m, status in found:
+            if status != "survived":
+                continue
+            print(f"\n{m['id']} {m['file']}:{m['line']} ({m['kind']})")
+            print("\n".join("  - " + l.strip() for l in m["old"].split("\n")))
+            print("\n".join("  + " + l.strip() for l in m["new"].split("\n")))
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     sub = parser.add_subparsers(dest="command", required=True)
@@ -394,6 +479,12 @@ def main():
     r.add_argument("--mutants", default=os.path.join(HERE, "mutants.tsv"))
     r.add_argument("--out", default=os.path.join(WORK, "results.tsv"))
     r.add_argument("--only")
+    r.add_argument("--keep")
+    t = sub.add_parser("tests")
+    t.add_argument("results")
+    v = sub.add_parser("survivors")
+    v.add_argument("results")
+    v.add_argument("--mutants", default=os.path.join(HERE, "mutants.tsv"))
     c = sub.add_parser("compare")
     c.add_argument("before")
     c.add_argument("after")
@@ -402,6 +493,10 @@ def main():
         generate(args)
     elif args.command == "run":
         run(args)
+    elif args.command == "tests":
+        by_test(args)
+    elif args.command == "survivors":
+        survivors(args)
     else:
         sys.exit(compare(args))
 
