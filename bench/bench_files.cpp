@@ -2,7 +2,9 @@
 //  - a lookup: getTxt against a raw fseek + fread at the same position and
 //    length, and against catgets on a gencat catalog of the same texts;
 //  - a load: the text form and the compiled form against a plain loader of
-//    the text form (std::ifstream, std::getline, std::unordered_map).
+//    the text form (std::ifstream, std::getline, std::unordered_map);
+//  - a walk of a section, dense or numbered far apart, against a walk of a
+//    std::map of the same positions with a raw fseek + fread per text.
 // The compiled form holds at most 32767 records, so it is loaded at 32000.
 #include <benchmark/benchmark.h>
 #include <nl_types.h>
@@ -12,6 +14,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -22,18 +25,19 @@
 
 namespace {
 
-// A directory holding one database of `count` messages in both forms, and
-// on request (when gencat is there) a catalog of the same texts.
+// A directory holding one database of `count` messages numbered `stride`
+// apart, in both forms, and on request (when gencat is there) a catalog of
+// the same texts.
 class Texts {
  public:
-  explicit Texts(int count, bool catalog = false) {
+  explicit Texts(int count, bool catalog = false, int stride = 1) {
     char name[] = "/tmp/tovik-bench-XXXXXX";
     dir = ::mkdtemp(name);
     text = dir + "/m.txt";
     std::ofstream out(text);
     std::ofstream msg(dir + "/m.msg");
     msg << "$set 1\n";
-    for (int id = 1; id <= count; ++id) {
+    for (int id = stride; id <= count * stride; id += stride) {
       std::string const line = "Message " + std::to_string(id) + ": the board has no room left";
       out << id << ':' << line << '\n';
       msg << id << ' ' << line << '\n';
@@ -45,7 +49,7 @@ class Texts {
     std::string const gencat = "gencat " + dir + "/m.cat " + dir + "/m.msg 2>/dev/null";
     hasCatalog = catalog && std::system(gencat.c_str()) == 0;
     std::mt19937 random(7);
-    for (int i = 0; i < 4096; ++i) ids.push_back(static_cast<int>(random() % count) + 1);
+    for (int i = 0; i < 4096; ++i) ids.push_back((static_cast<int>(random() % count) + 1) * stride);
   }
   ~Texts() { std::filesystem::remove_all(dir); }
 
@@ -118,6 +122,36 @@ void BM_LoadCompiledForm(benchmark::State &state) {
   }
 }
 BENCHMARK(BM_LoadCompiledForm)->Arg(32000)->Unit(benchmark::kMillisecond);
+
+// A whole walk of 10000 texts numbered range(0) apart.
+void BM_WalkSection(benchmark::State &state) {
+  Texts const texts(10000, false, static_cast<int>(state.range(0)));
+  SFM_MessageDB db(texts.text.c_str(), 0);
+  for (auto _ : state) {
+    for (SFM_MessageDB::SectionIterator it(&db, "", 0); !it.IsEmpty(); ++it) {
+      benchmark::DoNotOptimize(it.GetPosition());
+    }
+  }
+}
+BENCHMARK(BM_WalkSection)->Arg(1)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void BM_WalkPlainMap(benchmark::State &state) {
+  int const stride = static_cast<int>(state.range(0));
+  Texts const texts(10000, false, stride);
+  SFM_MessageDB db(texts.text.c_str(), 0);
+  std::map<int, SFM_MessageDB::keyTableElem> ordered;
+  for (int id = stride; id <= 10000 * stride; id += stride) ordered.emplace(id, *db.GetKeys()->Find(id));
+  FILE *const file = std::fopen(texts.text.c_str(), "r");
+  char buffer[200];
+  for (auto _ : state) {
+    for (auto const &[id, at] : ordered) {
+      std::fseek(file, at.position, SEEK_SET);
+      benchmark::DoNotOptimize(std::fread(buffer, 1, at.length, file));
+    }
+  }
+  std::fclose(file);
+}
+BENCHMARK(BM_WalkPlainMap)->Arg(1)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 // The same index built from the text form by the standard library: id to
 // position and length, texts left on disk.

@@ -30,6 +30,7 @@
 #define TOVIK_SFM_MESSAGE_DB_H
 
 #include <cstdint>
+#include <vector>
 
 #include "scc_array.h"
 #include "scc_map.h"
@@ -130,14 +131,16 @@ class TOVIK_API SFM_MessageDB {
   void MakeKeys(std::int64_t count);
   void AddKey(std::int64_t key, std::int64_t position, std::uint32_t length);
   void TakeOver(SFM_MessageDB &other);
+  // The keys in ascending order, made on the first walk that needs them.
+  std::vector<int> const &SortedKeys();
 
   SCC_SafeDList<SectionTableNode> sections;
   SCC_Map<int, keyTableElem> *keys;
   std::int32_t tableSize;
   SFM_File file;
-  // The range of the keys, which bounds every walk.
-  std::int32_t smallestKey;
+  // The largest key, which bounds every walk.
   std::int32_t largestKey;
+  std::vector<int> sortedKeys;
 };
 
 // Orders keyTableElem by key, as Save sorts them.

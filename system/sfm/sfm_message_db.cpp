@@ -80,17 +80,17 @@ bool EndsInDollar(char const *text, std::int32_t length) {
 }  // namespace
 
 SFM_MessageDB::SFM_MessageDB(SYS_String const &name)
-    : keys(nullptr), tableSize(0), file(name), smallestKey(INT32_MAX), largestKey(INT32_MIN) {
+    : keys(nullptr), tableSize(0), file(name), largestKey(INT32_MIN) {
   LoadCompiled();
 }
 
 SFM_MessageDB::SFM_MessageDB(SYS_String const &name, int)
-    : keys(nullptr), tableSize(0), file(name), smallestKey(INT32_MAX), largestKey(INT32_MIN) {
+    : keys(nullptr), tableSize(0), file(name), largestKey(INT32_MIN) {
   LoadText();
 }
 
 SFM_MessageDB::SFM_MessageDB(SFM_MessageDB &other)
-    : keys(nullptr), tableSize(0), smallestKey(INT32_MAX), largestKey(INT32_MIN) {
+    : keys(nullptr), tableSize(0), largestKey(INT32_MIN) {
   TakeOver(other);
 }
 
@@ -115,8 +115,9 @@ void SFM_MessageDB::TakeOver(SFM_MessageDB &other) {
   keys = other.keys;
   other.keys = nullptr;
   tableSize = other.tableSize;
-  smallestKey = other.smallestKey;
   largestKey = other.largestKey;
+  sortedKeys.swap(other.sortedKeys);
+  other.sortedKeys.clear();
   // The positions refer to the file: this object reads it through a stream
   // of its own.
   file.SetName(other.file.GetName());
@@ -141,7 +142,6 @@ void SFM_MessageDB::AddKey(std::int64_t key, std::int64_t position, std::uint32_
   Key const entry = {static_cast<int>(key), static_cast<std::int32_t>(position),
                      static_cast<unsigned char>(length)};
   if (keys->Insert(entry.key, entry) == nullptr) return;
-  if (entry.key < smallestKey) smallestKey = entry.key;
   if (entry.key > largestKey) largestKey = entry.key;
 }
 
@@ -383,28 +383,23 @@ SYS_String SFM_MessageDB::SectionIterator::operator++(int) {
 }
 
 void SFM_MessageDB::SectionIterator::GetNext(std::int64_t from) {
-  SCC_Map<int, Key> *const keys = database->keys;
-  SSM_CHECK(keys != nullptr, "Tovik: the database has no keys");
+  SSM_CHECK(database->keys != nullptr, "Tovik: the database has no keys");
   current = -1;
-  if (keys == nullptr) return;
-  // Below the smallest key there is nothing to find.
-  if (from < std::int64_t{database->smallestKey} - 1) from = std::int64_t{database->smallestKey} - 1;
-  if (from >= last) return;
-  if (last - from <= std::int64_t{keys->GetCount()} + 16) {
-    // Number by number: one look-up per number, gaps skipped.
-    for (std::int64_t id = from + 1; id <= last; ++id) {
-      if (keys->Find(static_cast<int>(id)) != nullptr) {
-        current = static_cast<std::int32_t>(id);
-        return;
-      }
-    }
-    return;
+  if (database->keys == nullptr || from >= last) return;
+  // The next key is looked up among the keys in order, so a gap in the
+  // numbering costs no more than a step to a neighbour.
+  std::vector<int> const &sorted = database->SortedKeys();
+  auto const next = std::upper_bound(sorted.begin(), sorted.end(), from,
+                                     [](std::int64_t id, int key) { return id < key; });
+  if (next != sorted.end() && *next <= last) current = *next;
+}
+
+std::vector<int> const &SFM_MessageDB::SortedKeys() {
+  // The map is complete once loaded, so the index is made once.
+  if (sortedKeys.empty() && keys != nullptr && keys->GetCount() != 0) {
+    sortedKeys.reserve(static_cast<std::size_t>(keys->GetCount()));
+    for (SCC_MapIterator<int, Key> it(*keys); it.IsValid(); it.GetNext()) sortedKeys.push_back(it.GetKey());
+    std::sort(sortedKeys.begin(), sortedKeys.end());
   }
-  // A gap wider than the map: the next key is found among the keys instead.
-  std::int64_t found = std::int64_t{last} + 1;
-  for (SCC_MapIterator<int, Key> it(*keys); it.IsValid(); it.GetNext()) {
-    std::int64_t const key = it.GetKey();
-    if (key > from && key < found) found = key;
-  }
-  if (found <= last) current = static_cast<std::int32_t>(found);
+  return sortedKeys;
 }

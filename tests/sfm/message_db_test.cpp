@@ -61,6 +61,13 @@ TEST(MessageDBTest, TextFormLoadsAsDocumented) {
   SFM_MessageDB::SectionIterator top(&db, "", 0);
   EXPECT_STREQ(top++, "Ready") << "the default section starts below 0 and still steps";
 
+  WriteAll(path, "[s]\n1:a\n2000000000:b\n[t]\n1:c\n");
+  SFM_MessageDB sparse(path.c_str(), 0);
+  SFM_MessageDB::SectionIterator gap(&sparse, "s", 0);
+  EXPECT_STREQ(++gap, "b") << "a gap of two billion numbers is one step";
+  ++gap;
+  EXPECT_TRUE(gap.IsEmpty()) << "the walk ends before the next section";
+
   WriteAll(path, "[first]\n[second]\n1:x\n2:" + std::string(200, 'y') + "\n");
   testing::internal::CaptureStdout();
   SFM_MessageDB two(path.c_str(), 0);
