@@ -124,7 +124,7 @@ TEST(CStringTest, ReplaceCountsAndCopiesOnlyOnChange) {
   EXPECT_EQ(s.Replace('.', '/'), 2);
   EXPECT_EQ(Bytes(s) + Bytes(shared), "a/b/ca.b.c");
   EXPECT_EQ(Replaced("aaaa", "aa", "b"), "2:bb") << "left to right, no overlap";
-  EXPECT_EQ(Replaced("abc", "", "y"), "0:abc");
+  EXPECT_EQ(Replaced("abc", "", "y") + Replaced("abc", "x", "y"), "0:abc0:abc");
   EXPECT_EQ(Replaced("abc", "b", nullptr), "1:ac");
   EXPECT_EQ(Replaced(CString("ab\0ab", 5), "b", "xy"), std::string("2:axy\0axy", 9)) << "both sides of a NUL";
   CString self("abcabc");

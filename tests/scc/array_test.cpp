@@ -173,6 +173,7 @@ TYPED_TEST(TypedArray, RandomEditsMatchAPlainVector) {
     }
     ASSERT_EQ(Values(arrays[0]), models[0]) << "step " << step;
     ASSERT_EQ(Values(arrays[1]), models[1]) << "step " << step;
+    ASSERT_EQ(array.IsEmpty(), model.empty() ? 1 : 0) << "step " << step;
   }
 }
 
